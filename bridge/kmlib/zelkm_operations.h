@@ -1,0 +1,303 @@
+#ifndef ZELKM_OPERATIONS_H_
+#define ZELKM_OPERATIONS_H_
+
+#include <stddef.h>
+#include <stdint.h>
+
+#include "zelkm_locator.h"
+#include "zelkm_records.h"
+
+/**
+ * @file
+ * The operations of the key management library.
+ *
+ * Conventions of every operation, unless it says otherwise:
+ *  1. The answer is a result code: 0 or one of the codes of zelkm_codes.h.
+ *  2. A handle names an open key database, token or certificate store. It is positive, may be used
+ *     on any thread, and is given back to ZELKM_CloseKeyDb. 0 means none.
+ *  3. Text and bytes given in are borrowed for the length of the call.
+ *  4. Outputs are pointers to variables that the caller has set to null or 0. They are written on
+ *     success; after a failure the caller neither reads nor frees them.
+ *  5. What an output owns is released by the operation named with it, or, where a plain buffer is
+ *     handed out, by free or ZELKM_Free alike.
+ *  6. Flags are single bytes, 0 or 1.
+ *  7. No operation throws.
+ */
+
+#if defined(ZELKM_BUILDING_LIBRARY)
+#define ZELKM_API __attribute__((visibility("default")))
+#else
+#define ZELKM_API
+#endif
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* Library-wide */
+
+/** ZELKM_Init starts the library. May be called again after ZELKM_CleanAll. */
+ZELKM_API int ZELKM_Init(void);
+
+/** ZELKM_CleanAll closes every handle and wipes every secret that the library still holds. */
+ZELKM_API int ZELKM_CleanAll(void);
+
+/** ZELKM_StartTrace starts the library's own trace into a file, for the component of the tag. */
+ZELKM_API int ZELKM_StartTrace(const char* componentTag, const char* traceFileName,
+                               int64_t firstSetting, int64_t secondSetting);
+
+/** ZELKM_SetCryptoInfo sets the crypto mode; the library keeps the block for good. */
+ZELKM_API int ZELKM_SetCryptoInfo(ZELKMCryptoInfo* info);
+
+/** ZELKM_GetMaxCryptoKeySize answers the largest allowed key size in bits, not a result code. */
+ZELKM_API uint32_t ZELKM_GetMaxCryptoKeySize(uint32_t selector);
+
+/** ZELKM_Malloc answers a new block of size bytes, not cleared, or null. */
+ZELKM_API void* ZELKM_Malloc(size_t size);
+
+/** ZELKM_Realloc answers the block resized, or null with the block left as it was. */
+ZELKM_API void* ZELKM_Realloc(void* block, size_t size);
+
+/** ZELKM_Free releases a block of the library's allocator; null is ignored. */
+ZELKM_API void ZELKM_Free(void* block);
+
+/** ZELKM_Strdup answers a copy of the text, or null. */
+ZELKM_API char* ZELKM_Strdup(const char* text);
+
+/* Key database lifecycle */
+
+/**
+ * ZELKM_CreateNewKeyDb creates a key database file and opens it. The password lifetime is in
+ * seconds, 0 for none.
+ */
+ZELKM_API int ZELKM_CreateNewKeyDb(const char* fileName, const char* password, int64_t lifetime,
+                                   int* handle);
+
+/** ZELKM_CreateNewKeyDbFIPS is ZELKM_CreateNewKeyDb for approved algorithms only. */
+ZELKM_API int ZELKM_CreateNewKeyDbFIPS(const char* fileName, const char* password, int64_t lifetime,
+                                       int* handle);
+
+/** ZELKM_OpenKeyDb opens a key database file; a null password opens with its stash file. */
+ZELKM_API int ZELKM_OpenKeyDb(const char* fileName, const char* password, int* handle);
+
+/** ZELKM_OpenKeyDbX opens what the locator names (KEYDB_LOCATOR_OPEN_EXTENT bytes are read). */
+ZELKM_API int ZELKM_OpenKeyDbX(const KeyDbLocator* locator, int* handle);
+
+ZELKM_API int ZELKM_CloseKeyDb(int handle);
+
+/** ZELKM_ChangeKeyDbPwd gives the file a new password with a lifetime in seconds, 0 for none. */
+ZELKM_API int ZELKM_ChangeKeyDbPwd(const char* fileName, const char* oldPassword,
+                                   const char* newPassword, int64_t lifetime);
+
+/** ZELKM_ChangeKeyDbPwdX changes a password (KEYDB_LOCATOR_CHANGE_EXTENT bytes are read). */
+ZELKM_API int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator);
+
+/** ZELKM_StashKeyDbPwd writes the password to the stash file beside the database. */
+ZELKM_API int ZELKM_StashKeyDbPwd(const char* fileName, const char* password);
+
+/**
+ * ZELKM_IsPasswordRequired sets the byte to 1 when opening needs a password
+ * (KEYDB_LOCATOR_QUERY_EXTENT bytes of the locator are read).
+ */
+ZELKM_API int ZELKM_IsPasswordRequired(const KeyDbLocator* locator, unsigned char* required);
+
+/** ZELKM_SetSecondaryKeyDb lends a key database to a token until ZELKM_UnsetSecondaryKeyDb. */
+ZELKM_API int ZELKM_SetSecondaryKeyDb(int tokenHandle, int secondaryHandle);
+
+ZELKM_API int ZELKM_UnsetSecondaryKeyDb(int tokenHandle);
+
+/** ZELKM_Kyr2Kdb converts a key ring file into a new key database. */
+ZELKM_API int ZELKM_Kyr2Kdb(const char* kyrFileName, const char* kyrPassword,
+                            const char* keyDbFileName, const char* keyDbPassword);
+
+/** ZELKM_Kdb2Kyr converts a key database into a new key ring file. */
+ZELKM_API int ZELKM_Kdb2Kyr(const char* keyDbFileName, const char* keyDbPassword,
+                            const char* kyrFileName, const char* kyrPassword);
+
+/* Labels and key items */
+
+/** ZELKM_GetKeyDbLabelList lists the key labels. Released by ZELKM_FreeLabelList. */
+ZELKM_API int ZELKM_GetKeyDbLabelList(int handle, ZELKMLabelList** list);
+
+/** ZELKM_GetReqKeyDbLabelList lists the request labels. Released by ZELKM_FreeLabelList. */
+ZELKM_API int ZELKM_GetReqKeyDbLabelList(int handle, ZELKMLabelList** list);
+
+/**
+ * ZELKM_GetCryptoTokenLabelList lists the token labels of a PKCS #11 module, or with an empty
+ * module name the certificate stores. Released by ZELKM_FreeLabelList.
+ */
+ZELKM_API int ZELKM_GetCryptoTokenLabelList(const char* moduleName, ZELKMLabelList** list);
+
+/** ZELKM_GetKeyItemByLabel reads a key entry. Released by ZELKM_FreeKeyItem. */
+ZELKM_API int ZELKM_GetKeyItemByLabel(int handle, const char* label, ZELKMKeyItem** item);
+
+/** ZELKM_GetKeyItemListByLabel reads all with the label. Released by ZELKM_FreeKeyItemList. */
+ZELKM_API int ZELKM_GetKeyItemListByLabel(int handle, const char* label, ZELKMKeyItemList** list);
+
+/**
+ * ZELKM_GetKeyItemsByPublicKey reads all that hold the public key, a DER SubjectPublicKeyInfo.
+ * Released by ZELKM_FreeKeyItemList.
+ */
+ZELKM_API int ZELKM_GetKeyItemsByPublicKey(int handle, uint32_t keyLength,
+                                           const unsigned char* keyBytes, ZELKMKeyItemList** list);
+
+/** ZELKM_GetDefaultKeyItem reads the default key. Released by ZELKM_FreeKeyItem. */
+ZELKM_API int ZELKM_GetDefaultKeyItem(int handle, ZELKMKeyItem** item);
+
+/** ZELKM_GetReqKeyItemByLabel reads a pending request. Released by ZELKM_FreeReqKeyItem. */
+ZELKM_API int ZELKM_GetReqKeyItemByLabel(int handle, const char* label, ZELKMReqKeyItem** item);
+
+/** ZELKM_IsPrivateKeyPresent sets the byte to 1 when the entry has a private key. */
+ZELKM_API int ZELKM_IsPrivateKeyPresent(int handle, const char* label, unsigned char* present);
+
+/** ZELKM_InsertKey stores a certificate, with its key when there is one. */
+ZELKM_API int ZELKM_InsertKey(int handle, const char* label, uint32_t certLength,
+                              const unsigned char* certBytes, uint32_t keyLength,
+                              const unsigned char* keyBytes, unsigned char firstFlag,
+                              unsigned char secondFlag);
+
+/** ZELKM_InsertReqKey stores a pending request with its key. */
+ZELKM_API int ZELKM_InsertReqKey(int handle, const char* label, uint32_t firstLength,
+                                 const unsigned char* firstBytes, uint32_t secondLength,
+                                 const unsigned char* secondBytes);
+
+ZELKM_API int ZELKM_DeleteKey(int handle, const char* label);
+
+ZELKM_API int ZELKM_DeleteRequestKeyPair(int handle, const char* label);
+
+ZELKM_API int ZELKM_SetDefaultKeyByLabel(int handle, const char* label);
+
+ZELKM_API int ZELKM_SetTrustStatus(int handle, const char* label, unsigned char trusted);
+
+/* Certificates and requests */
+
+/**
+ * ZELKM_CreateSelfSignedCert makes a key pair and a self-signed certificate under the label, and
+ * writes the certificate to a file too when a name is given.
+ */
+ZELKM_API int ZELKM_CreateSelfSignedCert(int handle, const char* label, unsigned char firstFlag,
+                                         int firstNumber, int secondNumber, const ZELKMDNItem* dn,
+                                         int thirdNumber, const char* certFileName,
+                                         unsigned char secondFlag);
+
+/** ZELKM_CreateSelfSignedCertSigExt is the same with a signature algorithm and extensions. */
+ZELKM_API int ZELKM_CreateSelfSignedCertSigExt(
+    int handle, const char* label, unsigned char firstFlag, int firstNumber, int secondNumber,
+    const ZELKMDNItem* dn, int thirdNumber, int signatureAlgorithm, const unsigned char* extensions,
+    uint32_t extensionsLength, const char* certFileName, unsigned char secondFlag);
+
+/*
+ * The request and issue operations end in two arguments of which only that they are zero is known.
+ * They are 64 bits wide, so that a library that reads a pointer there finds null, and one that
+ * reads a smaller number finds zero.
+ */
+
+/** ZELKM_CreateNewCertReq makes a key pair and a request under the label, and writes its file. */
+ZELKM_API int ZELKM_CreateNewCertReq(int handle, const char* label, int keySize,
+                                     const ZELKMDNItem* dn, const char* certReqFileName,
+                                     int64_t zero1, int64_t zero2);
+
+/** ZELKM_CreateNewCertReqSigExt is the same with a signature algorithm and extensions. */
+ZELKM_API int ZELKM_CreateNewCertReqSigExt(int handle, const char* label, int keySize,
+                                           const ZELKMDNItem* dn, int signatureAlgorithm,
+                                           const unsigned char* extensions,
+                                           uint32_t extensionsLength, const char* certReqFileName,
+                                           int64_t zero1, int64_t zero2);
+
+/** ZELKM_ReCreateCertReq writes the label's request to a file again. */
+ZELKM_API int ZELKM_ReCreateCertReq(int handle, const char* label, const char* certReqFileName,
+                                    int64_t zero1, int64_t zero2);
+
+ZELKM_API int ZELKM_ReCreateCertReqSig(int handle, const char* label, int signatureAlgorithm,
+                                       const char* certReqFileName, int64_t zero1, int64_t zero2);
+
+/** ZELKM_IssueCert signs a request with the issuer's key and writes the certificate file. */
+ZELKM_API int ZELKM_IssueCert(int handle, const unsigned char* requestBytes, uint32_t requestLength,
+                              const char* issuerLabel, int firstNumber, const char* serialNumber,
+                              int secondNumber, const char* certFileName, unsigned char flag,
+                              int64_t zero1, int64_t zero2);
+
+ZELKM_API int ZELKM_IssueCertSig(int handle, const unsigned char* requestBytes,
+                                 uint32_t requestLength, const char* issuerLabel, int firstNumber,
+                                 const char* serialNumber, int secondNumber, int signatureAlgorithm,
+                                 const char* certFileName, unsigned char flag, int64_t zero1,
+                                 int64_t zero2);
+
+/** ZELKM_ReceiveCert joins a certificate with the pending request that holds its key. */
+ZELKM_API int ZELKM_ReceiveCert(int handle, const unsigned char* certBytes, uint32_t certLength,
+                                unsigned char flag);
+
+/** ZELKM_StoreCACert stores a trusted certificate without a key. */
+ZELKM_API int ZELKM_StoreCACert(int handle, const unsigned char* certBytes, uint32_t certLength,
+                                const char* label);
+
+/** ZELKM_ExportCert writes the label's certificate to a file. */
+ZELKM_API int ZELKM_ExportCert(int handle, const char* label, const char* certFileName,
+                               unsigned char format);
+
+/** ZELKM_RenewCert puts a certificate in the place of the one that it renews. */
+ZELKM_API int ZELKM_RenewCert(int handle, const unsigned char* certBytes, uint32_t certLength);
+
+/** ZELKM_CheckCertAsRenewal sets the byte to 1 when the certificate would renew one. */
+ZELKM_API int ZELKM_CheckCertAsRenewal(int handle, const unsigned char* certBytes,
+                                       uint32_t certLength, unsigned char* isRenewal);
+
+/** ZELKM_ValidateCertChain sets the byte to 1 when the chain to a trusted entry is valid. */
+ZELKM_API int ZELKM_ValidateCertChain(int handle, const unsigned char* certBytes,
+                                      uint32_t certLength, unsigned char* isValid);
+
+/** ZELKM_GetUnsignedCertFromCert copies the to-be-signed part out of a certificate. */
+ZELKM_API int ZELKM_GetUnsignedCertFromCert(const unsigned char* certBytes, uint32_t certLength,
+                                            unsigned char** buffer, uint32_t* length);
+
+/** ZELKM_Base64DecodeFileToBuf reads a Base64 or PEM file. */
+ZELKM_API int ZELKM_Base64DecodeFileToBuf(const char* fileName, unsigned char** buffer,
+                                          uint32_t* length);
+
+/**
+ * ZELKM_ExtractCertListFromPKCS7Data reads the certificates of a PKCS #7 message (RFC 2315).
+ * Released by ZELKM_FreeCertItemList.
+ */
+ZELKM_API int ZELKM_ExtractCertListFromPKCS7Data(const unsigned char* bytes, uint32_t length,
+                                                 ZELKMCertItemList** certList);
+
+/* Private keys and PKCS #12 */
+
+/** ZELKM_InitEPKIItem clears the record whose pointer it is given the address of. */
+ZELKM_API void ZELKM_InitEPKIItem(ZELKMEPKIItem** epki);
+
+/** ZELKM_GetEPKIItemFromPrivateKey encrypts a private key. Released by ZELKM_FreeEPKIItem. */
+ZELKM_API int ZELKM_GetEPKIItemFromPrivateKey(const unsigned char* keyBytes, uint32_t keyLength,
+                                              const char* password, ZELKMEPKIItem** epki);
+
+/** ZELKM_GetPrivKeyInfoItemFromEPKIItem decrypts. Released by ZELKM_FreePrivKeyInfoItem. */
+ZELKM_API int ZELKM_GetPrivKeyInfoItemFromEPKIItem(const ZELKMEPKIItem* epki, const char* password,
+                                                   ZELKMPrivKeyInfoItem** privKeyInfo);
+
+/** ZELKM_ImportKeysFromPFXFile takes in all that a PKCS #12 file holds (RFC 7292). */
+ZELKM_API int ZELKM_ImportKeysFromPFXFile(int handle, const char* pfxFileName,
+                                          const char* pfxPassword);
+
+/** ZELKM_ExportKeys writes the labelled entries to a PKCS #12 file; the export type is 1. */
+ZELKM_API int ZELKM_ExportKeys(int handle, int exportType, const char* pfxFileName,
+                               const char* pfxPassword, const ZELKMLabelList* labels);
+
+/* Release; null is ignored by each. */
+
+/** ZELKM_InitDNItem clears the 104-byte record whose pointer it is given the address of. */
+ZELKM_API void ZELKM_InitDNItem(ZELKMDNItem** dn);
+
+ZELKM_API void ZELKM_FreeDNItem(ZELKMDNItem* dn);
+ZELKM_API void ZELKM_FreeKeyItem(ZELKMKeyItem* item);
+ZELKM_API void ZELKM_FreeKeyItemList(ZELKMKeyItemList* list);
+ZELKM_API void ZELKM_FreeCertItemList(ZELKMCertItemList* list);
+ZELKM_API void ZELKM_FreeLabelList(ZELKMLabelList* list);
+ZELKM_API void ZELKM_FreeReqKeyItem(ZELKMReqKeyItem* item);
+ZELKM_API void ZELKM_FreeEPKIItem(ZELKMEPKIItem* epki);
+ZELKM_API void ZELKM_FreePrivKeyInfoItem(ZELKMPrivKeyInfoItem* privKeyInfo);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif  // ZELKM_OPERATIONS_H_
