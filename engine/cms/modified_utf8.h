@@ -1,0 +1,38 @@
+#ifndef ZEL_CMS_MODIFIED_UTF8_H_
+#define ZEL_CMS_MODIFIED_UTF8_H_
+
+#include <string>
+#include <string_view>
+
+#include "engine/sys/bytes.h"
+#include "engine/sys/result.h"
+
+/**
+ * @file
+ * Between the text of the C interface and the text of certificates and files.
+ *
+ * The C interface carries the Java Native Interface's modified UTF-8: U+0000 is C0 80, and a
+ * character beyond the basic plane is its two UTF-16 surrogates, three bytes each. Everything that
+ * other programs read is real UTF-8 (RFC 3629):
+ *
+ *     Result<std::string> label = toUtf8(item->label);
+ *     char* text = strdup(toModifiedUtf8(label.value()).c_str());
+ */
+
+namespace zel::cms {
+
+/**
+ * toUtf8 answers the text as real UTF-8, which may hold U+0000. Text that already is real UTF-8 is
+ * taken too. ZELKM_ERR_PARAMETER when the bytes are neither, an unpaired surrogate included.
+ */
+sys::Result<std::string> toUtf8(std::string_view modified);
+
+/** secretToUtf8 is toUtf8 for a password. */
+sys::Result<sys::SecretBytes> secretToUtf8(std::string_view modified);
+
+/** toModifiedUtf8 answers well-formed UTF-8 as modified UTF-8, which holds no NUL byte. */
+std::string toModifiedUtf8(std::string_view text);
+
+}  // namespace zel::cms
+
+#endif  // ZEL_CMS_MODIFIED_UTF8_H_
