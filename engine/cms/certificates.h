@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "engine/cms/api.h"
 #include "engine/cms/keys.h"
 #include "engine/cms/names.h"
 #include "engine/sys/bytes.h"
@@ -11,7 +12,7 @@
 
 /**
  * @file
- * Reading X.509 certificates (RFC 5280). Making them is self_signing.h, chains are chains.h.
+ * Reading X.509 certificates (RFC 5280). Making them is issuing.h, chains are chains.h.
  */
 
 namespace zel::cms {
@@ -34,22 +35,22 @@ struct CertificateFields {
 };
 
 /** readCertificate takes a certificate apart. ZELKM_ERR_ASN when the bytes are none. */
-sys::Result<CertificateFields> readCertificate(sys::ByteView der);
+ZEL_CMS_API sys::Result<CertificateFields> readCertificate(sys::ByteView der);
 
-/** CertificateKeys is what a store indexes a certificate by, all DER. */
+/** CertificateKeys is what a store looks a certificate up by, all DER. */
 struct CertificateKeys {
-  sys::Bytes subject;
-  sys::Bytes issuer;
+  sys::Bytes subject;      /**< as canonicalName has it */
+  sys::Bytes issuer;       /**< as canonicalName has it */
   sys::Bytes serialNumber; /**< the content bytes of the INTEGER */
   sys::Bytes publicKeyInfo;
 };
 
 /** readCertificateKeys reads only what an index wants. ZELKM_ERR_ASN when there is no certificate.
  */
-sys::Result<CertificateKeys> readCertificateKeys(sys::ByteView der);
+ZEL_CMS_API sys::Result<CertificateKeys> readCertificateKeys(sys::ByteView der);
 
 /** unsignedPart answers the to-be-signed part, byte for byte. ZELKM_ERR_ASN as above. */
-sys::Result<sys::Bytes> unsignedPart(sys::ByteView der);
+ZEL_CMS_API sys::Result<sys::Bytes> unsignedPart(sys::ByteView der);
 
 }  // namespace zel::cms
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "engine/cms/api.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -36,14 +37,16 @@ struct PbeKey {
 };
 
 /** derivePbeKey derives the key of a password, whose bytes are real UTF-8 (RFC 8018, 3). */
-sys::Result<PbeKey> derivePbeKey(sys::ByteView password, sys::ByteView salt,
-                                 std::uint32_t iterations);
+ZEL_CMS_API sys::Result<PbeKey> derivePbeKey(sys::ByteView password, sys::ByteView salt,
+                                             std::uint32_t iterations);
 
 /** encryptPrivateKey answers the EncryptedPrivateKeyInfo of a PrivateKeyInfo, both DER. */
-sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, const PbeKey& pbe);
+ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo,
+                                                      const PbeKey& pbe);
 
 /** The same under a password, with a random salt. */
-sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, sys::ByteView password);
+ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo,
+                                                      sys::ByteView password);
 
 /**
  * decryptPrivateKey answers the PrivateKeyInfo in clear, whichever of OpenSSL's password based
@@ -56,7 +59,8 @@ sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, sys::Byt
  *  - ZELKM_ERR_DATABASE_INVALID_PASSWORD: what comes out does not even begin as a PrivateKeyInfo.
  *    The encryption carries no checksum, so damage to the first 16 bytes looks like this too.
  */
-sys::Result<sys::SecretBytes> decryptPrivateKey(sys::ByteView epki, sys::ByteView password);
+ZEL_CMS_API sys::Result<sys::SecretBytes> decryptPrivateKey(sys::ByteView epki,
+                                                            sys::ByteView password);
 
 }  // namespace zel::cms
 

@@ -1,6 +1,7 @@
 #ifndef ZEL_CMS_KEYS_H_
 #define ZEL_CMS_KEYS_H_
 
+#include "engine/cms/api.h"
 #include "engine/cms/openssl_ptr.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
@@ -33,18 +34,18 @@ struct KeyTraits {
  *
  * ZELKM_ERR_CRYPTO_UNSUPPORTED_MODULUS_SIZE for any other size.
  */
-sys::Result<KeyPtr> generateKey(int size);
+ZEL_CMS_API sys::Result<KeyPtr> generateKey(int size);
 
-KeyTraits describeKey(const EVP_PKEY& key);
+ZEL_CMS_API KeyTraits describeKey(const EVP_PKEY& key);
 
 /** describePublicKey reads a SubjectPublicKeyInfo. ZELKM_ERR_ASN when it is none. */
-sys::Result<KeyTraits> describePublicKey(sys::ByteView spki);
+ZEL_CMS_API sys::Result<KeyTraits> describePublicKey(sys::ByteView spki);
 
 /** publicKeyInfo answers the key's SubjectPublicKeyInfo, DER. */
-sys::Result<sys::Bytes> publicKeyInfo(const EVP_PKEY& key);
+ZEL_CMS_API sys::Result<sys::Bytes> publicKeyInfo(const EVP_PKEY& key);
 
 /** privateKeyInfo answers the key's PrivateKeyInfo in clear, DER. */
-sys::Result<sys::SecretBytes> privateKeyInfo(const EVP_PKEY& key);
+ZEL_CMS_API sys::Result<sys::SecretBytes> privateKeyInfo(const EVP_PKEY& key);
 
 /**
  * readPrivateKey reads a PrivateKeyInfo, or a traditional RSAPrivateKey or ECPrivateKey.
@@ -52,7 +53,7 @@ sys::Result<sys::SecretBytes> privateKeyInfo(const EVP_PKEY& key);
  * ZELKM_ERR_ASN when the bytes are none of these; ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM when the
  * key is not RSA, EC or Ed25519.
  */
-sys::Result<KeyPtr> readPrivateKey(sys::ByteView der);
+ZEL_CMS_API sys::Result<KeyPtr> readPrivateKey(sys::ByteView der);
 
 }  // namespace zel::cms
 

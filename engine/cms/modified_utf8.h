@@ -4,6 +4,7 @@
 #include <string>
 #include <string_view>
 
+#include "engine/cms/api.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -25,13 +26,14 @@ namespace zel::cms {
  * toUtf8 answers the text as real UTF-8, which may hold U+0000. Text that already is real UTF-8 is
  * taken too. ZELKM_ERR_PARAMETER when the bytes are neither, an unpaired surrogate included.
  */
-sys::Result<std::string> toUtf8(std::string_view modified);
+ZEL_CMS_API sys::Result<std::string> toUtf8(std::string_view modified);
 
 /** secretToUtf8 is toUtf8 for a password. */
-sys::Result<sys::SecretBytes> secretToUtf8(std::string_view modified);
+ZEL_CMS_API sys::Result<sys::SecretBytes> secretToUtf8(std::string_view modified);
 
-/** toModifiedUtf8 answers well-formed UTF-8 as modified UTF-8, which holds no NUL byte. */
-std::string toModifiedUtf8(std::string_view text);
+/** toModifiedUtf8 answers UTF-8 as modified UTF-8, which holds no NUL byte; "?" for a broken byte.
+ */
+ZEL_CMS_API std::string toModifiedUtf8(std::string_view text);
 
 }  // namespace zel::cms
 

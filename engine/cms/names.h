@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "engine/cms/api.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -37,7 +38,7 @@ struct NameFields {
  * ZELKM_ERR_INVALID_DN_INPUT when nothing is left, when the country is not two letters, and when a
  * text is not UTF-8, longer than RFC 5280's upper bound or of an unknown type.
  */
-sys::Result<sys::Bytes> encodeName(const NameFields& fields);
+ZEL_CMS_API sys::Result<sys::Bytes> encodeName(const NameFields& fields);
 
 /**
  * decodeName takes a Name apart. The first attribute of a kind fills its field; all others become
@@ -45,7 +46,14 @@ sys::Result<sys::Bytes> encodeName(const NameFields& fields);
  *
  * ZELKM_ERR_ASN when the bytes are not a Name.
  */
-sys::Result<NameFields> decodeName(sys::ByteView der);
+ZEL_CMS_API sys::Result<NameFields> decodeName(sys::ByteView der);
+
+/**
+ * canonicalName answers a form of the Name that is the same for all Names that RFC 5280, 7.1, holds
+ * equal, whatever string types, letter case and spacing they were written with. It is what Names
+ * are looked up by.
+ */
+ZEL_CMS_API sys::Result<sys::Bytes> canonicalName(sys::ByteView der);
 
 }  // namespace zel::cms
 

@@ -13,6 +13,7 @@
 
 #include <memory>
 
+#include "engine/cms/api.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -21,7 +22,7 @@
  * Owners of OpenSSL's objects, and the two ways in and out of DER that every file here shares:
  *
  *     X509Ptr certificate = decodeDer<X509Ptr>(d2i_X509, der);
- *     if (!certificate) return cryptoFailure(ZELKM_ERR_ASN);
+ *     if (!certificate) return cryptoFailure(ZELKM_ERR_ASN, "read a certificate");
  *     Bytes again = encodeDer(i2d_X509, certificate.get());
  */
 
@@ -57,11 +58,11 @@ struct ExtensionsReleaser {
 };
 using ExtensionsPtr = std::unique_ptr<STACK_OF(X509_EXTENSION), ExtensionsReleaser>;
 
-/** cryptoFailure answers the code and leaves no OpenSSL error behind for the next caller. */
-inline sys::Failure cryptoFailure(int code) {
-  ERR_clear_error();
-  return sys::Failure{code};
-}
+/**
+ * cryptoFailure traces what was tried with OpenSSL's reason, leaves no OpenSSL error behind for the
+ * next caller, and gives the Failure to answer with.
+ */
+ZEL_CMS_API sys::Failure cryptoFailure(int code, const char* attempt);
 
 /** decodeDer decodes one object; null when the bytes are not exactly one such object. */
 template <typename Ptr, typename Decode>
