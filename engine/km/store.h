@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "engine/cms/signing.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -62,8 +63,7 @@ struct GeneratedKey {
   PrivateKey privateKey;
 };
 
-/** The digest that is signed; Ed25519 keys sign the message itself and take none. */
-enum class SigningDigest { none, sha256, sha384, sha512 };
+using cms::SigningDigest;
 
 class Store {
  public:
@@ -88,7 +88,7 @@ class Store {
   /** All requests for the SubjectPublicKeyInfo; none is an empty answer. */
   virtual sys::Result<std::vector<RequestEntry>> findRequestsByPublicKey(
       sys::ByteView publicKey) = 0;
-  /** All entries whose certificate has the subject (DER Name), for building chains. */
+  /** All entries whose certificate has the subject, in cms::canonicalName's form, for chains. */
   virtual sys::Result<std::vector<KeyEntry>> findKeysBySubject(sys::ByteView subject) = 0;
 
   /**
