@@ -1,13 +1,393 @@
 package com.nelo.zel.vosmar.basic;
 
-/** A key database file. */
-public final class CMSKeyDatabase {
-  /** Makes an object that names no database yet. */
-  public CMSKeyDatabase() {}
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.time.Duration;
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.List;
+import java.util.Optional;
 
-  private void addKeyLabel(String label) {}
+/**
+ * A key database file: keys with their certificates, certificates alone, and pending requests, each
+ * under a label.
+ *
+ * <p>An object of this class remembers a file and its password. It keeps nothing open: each operation
+ * opens the file, works, and closes it, so that several programs can use one database. Operations may
+ * be called from any thread. {@link #close()} wipes the password.
+ *
+ * <p>Passwords are taken as {@code char[]}, which the caller can wipe; the native methods take them as
+ * strings, so that each operation leaves a copy in the heap until the garbage collector overwrites it.
+ * Strings reach the native library in modified UTF-8: the same bytes as UTF-8, but for characters
+ * beyond U+FFFF and U+0000, which are best avoided in file names, labels and passwords.
+ *
+ * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
+ * database is looked at again to learn the reason, so the reason told may be of a moment later.
+ */
+public final class CMSKeyDatabase implements AutoCloseable {
+  private static final int OLD_PASSWORD_EXPIRED = 70;
+  private static final int READ_FAILED = 12;
+  private static final int NEW_PASSWORD_REFUSED = 69;
+  private static final int FILE_WRITE_FAILED = 91;
+  private static final int DATABASE_DOES_NOT_EXIST = 101;
+  private static final int NO_SUCH_LABEL = 117;
 
-  private void addReqKeyLabel(String label) {}
+  /** The library takes the stash file where the password is empty; no database has an empty one. */
+  private static final char[] FROM_STASH = {};
+
+  private final String file;
+  private final char[] password;
+  private boolean closed;
+
+  // Filled by the native method while the labels are listed.
+  private final List<String> keyLabels = new ArrayList<>();
+  private final List<String> requestLabels = new ArrayList<>();
+
+  private CMSKeyDatabase(Path file, char[] password) {
+    this.file = file.toString();
+    this.password = password.clone();
+  }
+
+  /**
+   * The labels of a key database, in the order of the database.
+   *
+   * @param keys those of keys and certificates
+   * @param requests those of pending requests
+   */
+  public record Labels(List<String> keys, List<String> requests) {}
+
+  /**
+   * Creates a key database.
+   *
+   * @param file the file, which does not exist yet
+   * @param password 6 characters at least
+   * @param passwordLifetime how long the password can be used; zero for ever
+   * @return the new database
+   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   */
+  public static CMSKeyDatabase create(Path file, char[] password, Duration passwordLifetime)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    int code = db.c_CreateNewKeyDb(db.file, db.password(), passwordLifetime.toMillis());
+    return db.unless(code);
+  }
+
+  /**
+   * Creates a key database that accepts approved algorithms and key sizes only.
+   *
+   * @param file the file, which does not exist yet
+   * @param password 14 characters at least
+   * @param passwordLifetime how long the password can be used; zero for ever
+   * @return the new database
+   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   */
+  public static CMSKeyDatabase createFips(Path file, char[] password, Duration passwordLifetime)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    int code = db.c_CreateNewKeyDbFIPS(db.file, db.password(), passwordLifetime.toMillis());
+    return db.unless(code);
+  }
+
+  /**
+   * Opens a key database to see that the password fits.
+   *
+   * @param file the file
+   * @param password its password
+   * @return the database
+   * @throws CMSKeyDatabaseException with code 16 for a wrong password, 101 for a missing file, 17 for a
+   *     file that is no key database, 18 for a damaged one, 70 for a password past its lifetime
+   */
+  public static CMSKeyDatabase open(Path file, char[] password) throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    return db.unless(db.c_OpenKeyDb(db.file, db.password()));
+  }
+
+  /**
+   * Opens a key database with the password of its stash file.
+   *
+   * @param file the file
+   * @return the database
+   * @throws CMSKeyDatabaseException as {@link #open} does, and with code 103 without a stash file
+   */
+  public static CMSKeyDatabase openWithStash(Path file) throws CMSKeyDatabaseException {
+    return open(file, FROM_STASH);
+  }
+
+  /**
+   * Changes the password of a key database. A password past its lifetime still serves as the old one.
+   * A stash file is left as it is.
+   *
+   * @param file the file
+   * @param oldPassword its password
+   * @param newPassword its password from now on
+   * @param lifetime how long the new password can be used; zero for ever
+   * @throws CMSKeyDatabaseException as {@link #open} does for the old password, and with code 69 when
+   *     the new one is refused
+   */
+  public static void changePassword(
+      Path file, char[] oldPassword, char[] newPassword, Duration lifetime)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase db = new CMSKeyDatabase(file, oldPassword)) {
+      boolean changed =
+          db.c_ChangeKeyDbPwd(
+              db.file, db.password(), new String(newPassword), lifetime.toMillis());
+      if (!changed) {
+        int code = db.c_OpenKeyDb(db.file, db.password());
+        boolean oldPasswordFits = code == 0 || code == OLD_PASSWORD_EXPIRED;
+        throw db.failure(oldPasswordFits ? NEW_PASSWORD_REFUSED : code);
+      }
+    }
+  }
+
+  /**
+   * Whether a key database has to be opened with a password.
+   *
+   * @param file the file
+   * @return false when a usable stash file stands beside it
+   * @throws CMSKeyDatabaseException with code 101 when the file does not exist
+   */
+  public static boolean isPasswordRequired(Path file) throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase db = new CMSKeyDatabase(file, FROM_STASH)) {
+      boolean required = db.c_IsPasswordRequired(db.file);
+      if (!required && !Files.exists(file)) {
+        throw db.failure(DATABASE_DOES_NOT_EXIST);
+      }
+      return required;
+    }
+  }
+
+  /**
+   * Writes the password to the stash file beside the database, so that programs that may read it can
+   * open the database without a person.
+   *
+   * @throws CMSKeyDatabaseException with code 91 when the stash file cannot be written
+   */
+  public void stashPassword() throws CMSKeyDatabaseException {
+    if (!c_StashKeyDbPwd(file, password())) {
+      check(c_OpenKeyDb(file, password()));
+      throw failure(FILE_WRITE_FAILED);
+    }
+  }
+
+  /**
+   * Lists the labels.
+   *
+   * @return the labels of keys and of pending requests
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public synchronized Labels labels() throws CMSKeyDatabaseException {
+    keyLabels.clear();
+    requestLabels.clear();
+    check(c_BuildKeyLabelList(file, password()));
+    return new Labels(List.copyOf(keyLabels), List.copyOf(requestLabels));
+  }
+
+  /**
+   * Reads a key or certificate.
+   *
+   * @param label its label
+   * @return the entry
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public KeyItem key(String label) throws CMSKeyDatabaseException {
+    KeyItem item = c_GetKeyItemByLabel(file, password(), label, false);
+    if (item == null) {
+      throw noEntry(label, labels().keys());
+    }
+    return item;
+  }
+
+  /**
+   * Reads a pending request.
+   *
+   * @param label its label
+   * @return the entry
+   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   */
+  public KeyItem request(String label) throws CMSKeyDatabaseException {
+    KeyItem item = c_GetKeyItemByLabel(file, password(), label, true);
+    if (item == null) {
+      throw noEntry(label, labels().requests());
+    }
+    return item;
+  }
+
+  /**
+   * Reads the default key.
+   *
+   * @return the entry, or nothing when the database has no default key
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public Optional<KeyItem> defaultKey() throws CMSKeyDatabaseException {
+    KeyItem item = c_GetDefaultKeyItem(file, password());
+    if (item == null) {
+      labels();
+    }
+    return Optional.ofNullable(item);
+  }
+
+  /**
+   * Whether an entry has a private key.
+   *
+   * @param label its label
+   * @return false for a certificate alone
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
+    boolean present = c_IsPrivateKeyPresent(file, password(), label);
+    if (!present && !labels().keys().contains(label)) {
+      throw noEntry(label, List.of());
+    }
+    return present;
+  }
+
+  /**
+   * Makes a key and a self-signed certificate for it.
+   *
+   * @param certificate what it shall be like
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   */
+  public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
+    check(
+        certificate.isPlain()
+            ? c_CreateNewSelfSignedCertificate(
+                file,
+                password(),
+                certificate.version(),
+                certificate.label(),
+                certificate.isDefaultKey(),
+                certificate.keyType().selector(),
+                certificate.subject(),
+                certificate.validityDays(),
+                certificate.fileName(),
+                certificate.isBase64())
+            : c_CreateNewSelfSignedCertificateSigExt(
+                file,
+                password(),
+                certificate.version(),
+                certificate.label(),
+                certificate.isDefaultKey(),
+                certificate.keyType().selector(),
+                certificate.subject(),
+                certificate.validityDays(),
+                certificate.signatureAlgorithm().selector(),
+                certificate.extensions().length,
+                certificate.extensions(),
+                certificate.fileName(),
+                certificate.isBase64()),
+        certificate.label());
+  }
+
+  /**
+   * Writes a certificate to a file.
+   *
+   * @param label the label of its entry
+   * @param target the file
+   * @param encoding the form of the file
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public void extractCertificate(String label, Path target, Encoding encoding)
+      throws CMSKeyDatabaseException {
+    check(
+        c_ExtractCert(file, password(), label, target.toString(), encoding.isBase64()), label);
+  }
+
+  /**
+   * Exports entries to a PKCS#12 file (RFC&nbsp;7292), each with its key and chain.
+   *
+   * @param target the file
+   * @param targetPassword the password of that file
+   * @param labels the labels of the entries, one at least
+   * @throws CMSKeyDatabaseException with code 117 when no key has one of the labels
+   */
+  public void exportPfx(Path target, char[] targetPassword, List<String> labels)
+      throws CMSKeyDatabaseException {
+    if (labels.isEmpty()) {
+      throw new IllegalArgumentException("there is nothing to export");
+    }
+    // Given two labels or more, the native method loses the first and exports the others. So several
+    // labels go behind one that may be lost; a single label is exported as it stands.
+    List<String> given = new ArrayList<>(labels);
+    if (labels.size() > 1) {
+      given.add(0, labels.get(0));
+    }
+    check(
+        c_ExportToPFXFile(
+            file,
+            password(),
+            target.toString(),
+            new String(targetPassword),
+            given.toArray(String[]::new)),
+        String.join(", ", labels));
+  }
+
+  /** Wipes the password. The database can be used no longer through this object. */
+  @Override
+  public synchronized void close() {
+    Arrays.fill(password, '\0');
+    closed = true;
+  }
+
+  @Override
+  public String toString() {
+    return "CMSKeyDatabase[" + file + "]";
+  }
+
+  private synchronized String password() {
+    if (closed) {
+      throw new IllegalStateException(file + " is closed");
+    }
+    return new String(password);
+  }
+
+  /** This database when the code is 0; otherwise the password is wiped. */
+  private CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
+    if (code != 0) {
+      close();
+    }
+    check(code);
+    return this;
+  }
+
+  private void check(int code) throws CMSKeyDatabaseException {
+    if (code != 0) {
+      throw failure(code);
+    }
+  }
+
+  private void check(int code, String label) throws CMSKeyDatabaseException {
+    if (code != 0) {
+      throw failure(code, label);
+    }
+  }
+
+  private CMSKeyDatabaseException failure(int code) {
+    return new CMSKeyDatabaseException(code, file);
+  }
+
+  private CMSKeyDatabaseException failure(int code, String label) {
+    return new CMSKeyDatabaseException(code, file + ": " + label);
+  }
+
+  /** Why a label led to nothing: an entry that is listed and yet not given cannot be read. */
+  private CMSKeyDatabaseException noEntry(String label, List<String> listed) {
+    return failure(listed.contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
+  }
+
+  /** Called by the native library for each label of a key while the labels are listed. */
+  private void addKeyLabel(String label) {
+    keyLabels.add(label);
+  }
+
+  /** Called by the native library for each label of a request while the labels are listed. */
+  private void addReqKeyLabel(String label) {
+    requestLabels.add(label);
+  }
 
   // Lifecycle. Lifetimes are in milliseconds; 0 is no expiry.
 

@@ -3,23 +3,31 @@ package com.nelo.zel.vosmar.basic;
 import java.util.Map;
 import java.util.concurrent.ConcurrentHashMap;
 
-/** A failure of the key management library, told by its result code and the code's name. */
+/**
+ * A failure of the key management library, told by its result code and the code's name.
+ *
+ * <p>The message names what failed, why, the code and its name: {@code server.kdb: the password is
+ * wrong (16, ZELKM_ERR_DATABASE_INVALID_PASSWORD)}.
+ */
 public class CMSKeyDatabaseException extends Exception {
   private static final long serialVersionUID = 1L;
 
   private static final Map<Integer, String> NAMES = new ConcurrentHashMap<>();
 
   private final int code;
+  private final String subject;
 
   /**
    * Makes an exception for a result code.
    *
    * @param code the result code, never 0
-   * @param message what was attempted
+   * @param subject what the operation worked on: a file, or a file and a label
    */
-  public CMSKeyDatabaseException(int code, String message) {
-    super(message);
+  public CMSKeyDatabaseException(int code, String subject) {
+    super(
+        subject + ": " + CodeExplanations.of(code) + " (" + code + ", " + nameOf(code) + ")");
     this.code = code;
+    this.subject = subject;
   }
 
   /**
@@ -29,6 +37,42 @@ public class CMSKeyDatabaseException extends Exception {
    */
   public int code() {
     return code;
+  }
+
+  /**
+   * The name of the result code.
+   *
+   * @return a name that begins with {@code ZELKM_ERR_}
+   */
+  public String codeName() {
+    return nameOf(code);
+  }
+
+  /**
+   * What the operation worked on.
+   *
+   * @return a file, or a file and a label
+   */
+  public String subject() {
+    return subject;
+  }
+
+  /**
+   * The name of a result code.
+   *
+   * @param code a number from 1 to 151
+   * @return its name, which begins with {@code ZELKM_ERR_}; a remark in its place for other numbers
+   */
+  public static String nameOf(int code) {
+    buildNames();
+    return NAMES.getOrDefault(code, "no known code");
+  }
+
+  private static synchronized void buildNames() {
+    if (NAMES.isEmpty()) {
+      NativeLibrary.load();
+      c_BuildErrCodeNameTable();
+    }
   }
 
   /** Takes one row of the table of names; called by the native library. */

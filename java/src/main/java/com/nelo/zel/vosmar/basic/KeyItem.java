@@ -1,6 +1,8 @@
 package com.nelo.zel.vosmar.basic;
 
 import java.util.List;
+import java.util.Objects;
+import java.util.stream.Stream;
 
 /**
  * One entry of a key database: a key with its certificate and chain, a certificate alone, or a pending
@@ -31,7 +33,7 @@ public final class KeyItem {
     this.algorithm = KeyAlgorithm.of(algorithm);
     this.keySize = keySize;
     this.privateKey = privateKey;
-    this.certificates = certificates == null ? List.of() : List.of(certificates);
+    this.certificates = certificates == null ? List.of() : usable(certificates);
     this.request = null;
     this.subjectPublicKeyInfo = subjectPublicKeyInfo;
     this.trusted = trusted;
@@ -54,6 +56,11 @@ public final class KeyItem {
     this.subjectPublicKeyInfo = subjectPublicKeyInfo;
     this.trusted = false;
     this.defaultKey = false;
+  }
+
+  /** A certificate that could not be converted is null; the chain ends before it. */
+  private static List<CertificateItem> usable(CertificateItem[] certificates) {
+    return Stream.of(certificates).takeWhile(Objects::nonNull).toList();
   }
 
   /** Called by the native library right after the constructor, before anybody else sees the item. */

@@ -1,0 +1,88 @@
+package com.nelo.zel.vosmar.basic;
+
+import java.util.Locale;
+
+/**
+ * Algorithm and size of a key to be made.
+ *
+ * @param algorithm RSA, EC or Ed25519
+ * @param bits the size; for EC that of the NIST curve, for Ed25519 always 256
+ */
+public record KeyType(KeyAlgorithm algorithm, int bits) {
+  /** The native library knows Ed25519 by this size, which no other key has. */
+  private static final int ED25519_SELECTOR = 25519;
+
+  /** Rejects sizes that no key of the algorithm has. */
+  public KeyType {
+    boolean possible =
+        switch (algorithm) {
+          case RSA -> bits >= 2048 && bits <= 16384;
+          case EC -> bits == 256 || bits == 384 || bits == 521;
+          case ED25519 -> bits == 256;
+          case UNKNOWN -> false;
+        };
+    if (!possible) {
+      throw new IllegalArgumentException("there are no " + algorithm + " keys of " + bits + " bits");
+    }
+  }
+
+  /**
+   * An RSA key.
+   *
+   * @param bits 2048 to 16384
+   * @return its type
+   */
+  public static KeyType rsa(int bits) {
+    return new KeyType(KeyAlgorithm.RSA, bits);
+  }
+
+  /**
+   * An elliptic curve key.
+   *
+   * @param bits 256, 384 or 521: the NIST curve of that size
+   * @return its type
+   */
+  public static KeyType ec(int bits) {
+    return new KeyType(KeyAlgorithm.EC, bits);
+  }
+
+  /**
+   * An Ed25519 key.
+   *
+   * @return its type
+   */
+  public static KeyType ed25519() {
+    return new KeyType(KeyAlgorithm.ED25519, 256);
+  }
+
+  /**
+   * Reads a key type.
+   *
+   * @param text {@code rsa:BITS}, {@code ec:BITS} or {@code ed25519}, in any case
+   * @return the type
+   * @throws IllegalArgumentException when there are no such keys
+   */
+  public static KeyType parse(String text) {
+    String[] parts = text.toLowerCase(Locale.ROOT).split(":", 2);
+    if (parts[0].equals("ed25519") && parts.length == 1) {
+      return ed25519();
+    }
+    if (parts.length == 2 && parts[1].matches("[0-9]{1,5}")) {
+      int bits = Integer.parseInt(parts[1]);
+      switch (parts[0]) {
+        case "rsa":
+          return rsa(bits);
+        case "ec":
+          return ec(bits);
+        default:
+          break;
+      }
+    }
+    throw new IllegalArgumentException(text + " is none of rsa:BITS, ec:BITS and ed25519");
+  }
+
+  /** The number by which the native library knows algorithm and size together. */
+  int selector() {
+    return algorithm == KeyAlgorithm.ED25519 ? ED25519_SELECTOR : bits;
+  }
+}
