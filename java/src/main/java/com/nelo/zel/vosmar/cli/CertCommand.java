@@ -1,0 +1,11 @@
+package com.nelo.zel.vosmar.cli;
+
+import picocli.CommandLine.Command;
+
+/** {@code vosmar cert}. */
+@Command(
+    name = "cert",
+    description = "Makes certificates and writes them to files.",
+    synopsisSubcommandLabel = "COMMAND",
+    subcommands = {CertSelfSign.class, CertExtract.class})
+final class CertCommand {}

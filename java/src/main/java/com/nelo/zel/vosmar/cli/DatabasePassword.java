@@ -1,0 +1,38 @@
+package com.nelo.zel.vosmar.cli;
+
+import java.nio.file.Path;
+import picocli.CommandLine.ArgGroup;
+import picocli.CommandLine.Option;
+
+/** The password of the key database. */
+final class DatabasePassword extends PasswordOptions {
+  @ArgGroup private Source source = new Source();
+
+  private static final class Source {
+    @Option(
+        names = "--password-env",
+        paramLabel = "VARIABLE",
+        description = "Take the database password from this environment variable.")
+    private String variable;
+
+    @Option(
+        names = "--password-file",
+        paramLabel = "FILE",
+        description = "Take the database password from the first line of this file; - is standard input.")
+    private Path path;
+  }
+
+  DatabasePassword(Secrets secrets) {
+    super(secrets, "database password");
+  }
+
+  @Override
+  String environmentVariable() {
+    return source.variable;
+  }
+
+  @Override
+  Path file() {
+    return source.path;
+  }
+}

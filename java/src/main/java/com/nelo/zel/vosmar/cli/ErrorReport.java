@@ -1,0 +1,44 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import java.io.PrintWriter;
+import java.util.LinkedHashMap;
+import java.util.Map;
+import picocli.CommandLine;
+import picocli.CommandLine.IExecutionExceptionHandler;
+import picocli.CommandLine.ParseResult;
+
+/** Tells a failure in one line on standard error and turns it into an exit code. */
+final class ErrorReport implements IExecutionExceptionHandler {
+  @Override
+  public int handleExecutionException(
+      Exception failure, CommandLine command, ParseResult arguments) throws Exception {
+    PrintWriter err = command.getErr();
+    boolean json = command.getParseResult().hasMatchedOption(Output.JSON_OPTION);
+    if (failure instanceof CMSKeyDatabaseException ofLibrary) {
+      err.println(json ? Json.write(Map.of("error", data(ofLibrary))) : text(ofLibrary));
+      return ExitCode.of(ofLibrary.code());
+    }
+    if (failure instanceof SecretException || failure instanceof IllegalArgumentException) {
+      String message = failure.getMessage();
+      err.println(
+          json ? Json.write(Map.of("error", Map.of("message", message))) : "vosmar: " + message);
+      return ExitCode.USAGE;
+    }
+    throw failure;
+  }
+
+  private static String text(CMSKeyDatabaseException failure) {
+    return ("vosmar: " + failure.getMessage() + ". " + Advice.of(failure.code())).strip();
+  }
+
+  private static Map<String, Object> data(CMSKeyDatabaseException failure) {
+    Map<String, Object> data = new LinkedHashMap<>();
+    data.put("code", failure.code());
+    data.put("name", failure.codeName());
+    data.put("subject", failure.subject());
+    data.put("message", failure.getMessage());
+    data.put("advice", Advice.of(failure.code()));
+    return data;
+  }
+}

@@ -1,0 +1,24 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
+import com.nelo.zel.vosmar.basic.KeyItem;
+import picocli.CommandLine.Command;
+import picocli.CommandLine.Option;
+import picocli.CommandLine.Parameters;
+
+/** {@code vosmar key show}. */
+@Command(name = "show", description = "Shows an entry of a key database.")
+final class KeyShow extends DatabaseCommand {
+  @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the entry.")
+  private String label;
+
+  @Option(names = "--request", description = "Show the pending request of this label.")
+  private boolean request;
+
+  @Override
+  void run(CMSKeyDatabase database, Output out) throws Exception {
+    KeyItem item = request ? database.request(label) : database.key(label);
+    KeyView view = KeyView.of(item);
+    out.print(view.text(), view.data());
+  }
+}

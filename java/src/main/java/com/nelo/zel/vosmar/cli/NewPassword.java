@@ -1,0 +1,38 @@
+package com.nelo.zel.vosmar.cli;
+
+import java.nio.file.Path;
+import picocli.CommandLine.ArgGroup;
+import picocli.CommandLine.Option;
+
+/** The password that the key database gets. */
+final class NewPassword extends PasswordOptions {
+  @ArgGroup private Source source = new Source();
+
+  private static final class Source {
+    @Option(
+        names = "--new-password-env",
+        paramLabel = "VARIABLE",
+        description = "Take the new database password from this environment variable.")
+    private String variable;
+
+    @Option(
+        names = "--new-password-file",
+        paramLabel = "FILE",
+        description = "Take the new database password from the first line of this file; - is standard input.")
+    private Path path;
+  }
+
+  NewPassword(Secrets secrets) {
+    super(secrets, "new database password");
+  }
+
+  @Override
+  String environmentVariable() {
+    return source.variable;
+  }
+
+  @Override
+  Path file() {
+    return source.path;
+  }
+}

@@ -1,0 +1,11 @@
+package com.nelo.zel.vosmar.cli;
+
+import picocli.CommandLine.Command;
+
+/** {@code vosmar pfx}. */
+@Command(
+    name = "pfx",
+    description = "Exchanges keys with other programs through PKCS#12 files.",
+    synopsisSubcommandLabel = "COMMAND",
+    subcommands = {PfxExport.class})
+final class PfxCommand {}
