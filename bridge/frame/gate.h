@@ -1,0 +1,32 @@
+#ifndef BRIDGE_FRAME_GATE_H_
+#define BRIDGE_FRAME_GATE_H_
+
+#include <jni.h>
+
+/**
+ * @file
+ * The gate of a native: what it tests before it acquires anything. Nothing is touched while the
+ * environment is null.
+ *
+ *     if (lacksClass(env, self)) return ZELKM_ERR_PARAMETER;
+ */
+
+namespace zel::bridge {
+
+/** lacksObject tells whether the environment or the object is null. */
+inline bool lacksObject(const JNIEnv* env, jobject self) {
+  return env == nullptr || self == nullptr;
+}
+
+/** classOf is the object's class, null when the environment, the object or the class is. */
+inline jclass classOf(JNIEnv* env, jobject self) {
+  return lacksObject(env, self) ? nullptr : env->GetObjectClass(self);
+}
+
+/** lacksClass tells whether there is no class: a required test, though few natives use the class.
+ */
+inline bool lacksClass(JNIEnv* env, jobject self) { return classOf(env, self) == nullptr; }
+
+}  // namespace zel::bridge
+
+#endif  // BRIDGE_FRAME_GATE_H_

@@ -1,0 +1,54 @@
+#include "bridge/keydb/export_labels.h"
+
+#include <cstdlib>
+
+#include "bridge/frame/stated_leaks.h"
+#include "bridge/frame/trace.h"
+
+namespace zel::bridge {
+
+namespace {
+
+ZELKMLabelList* newNode() {
+  auto* node = static_cast<ZELKMLabelList*>(std::malloc(sizeof(ZELKMLabelList)));
+  if (node != nullptr) *node = {nullptr, nullptr};
+  return node;
+}
+
+char* copyOf(const char* text) { return text == nullptr ? nullptr : ZELKM_Strdup(text); }
+
+/**
+ * addLabel writes the label into the current node, then hangs an empty node behind it and answers
+ * that one. So the second label takes the place of the first, whose copy is lost.
+ */
+ZELKMLabelList* addLabel(ZELKMLabelList* current, const char* label) {
+  // A list that memory has cut short stays so: a node behind the cut would reach nobody.
+  if (current == nullptr) return nullptr;
+  ZELKMLabelList* node = newNode();
+  leaveAllocated(current->label);
+  current->label = copyOf(label);
+  traceMessage("JNI_DEBUG......exportLabel = %s\n", orNull(current->label));
+  current->next = node;
+  return node;
+}
+
+}  // namespace
+
+ZELKMLabelList* newExportLabels(JNIEnv* env, jobjectArray labels) {
+  const jsize count = env->GetArrayLength(labels);
+  ZELKMLabelList* head = newNode();
+  ZELKMLabelList* current = head;
+  for (jsize i = 0; i < count; ++i) {
+    auto element = static_cast<jstring>(env->GetObjectArrayElement(labels, i));
+    const char* label = element == nullptr ? nullptr : env->GetStringUTFChars(element, nullptr);
+    if (i > 0) {
+      current = addLabel(current, label);
+    } else if (current != nullptr) {
+      current->label = copyOf(label);
+    }
+    if (label != nullptr) env->ReleaseStringUTFChars(element, label);
+  }
+  return head;
+}
+
+}  // namespace zel::bridge
