@@ -1,0 +1,99 @@
+package com.nelo.zel.vosmar.basic;
+
+import static org.junit.jupiter.api.Assertions.assertDoesNotThrow;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import java.lang.invoke.MethodType;
+import java.lang.reflect.Method;
+import java.lang.reflect.Modifier;
+import java.util.stream.Stream;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.params.ParameterizedTest;
+import org.junit.jupiter.params.provider.CsvSource;
+import org.junit.jupiter.params.provider.ValueSource;
+
+/** What the native library looks up by name and signature is there, as the library spells it. */
+class NativeShapesTest {
+  @ParameterizedTest
+  @CsvSource(
+      delimiter = ' ',
+      value = {
+        "BERObject ([B)V",
+        "EncryptedPrivateKeyInfoItem ([B)V",
+        "PrivateKeyInfoItem ([B)V",
+        "CertificateItem ([B)V",
+        "CertificateItem (SS$String;@DNItem;@DNItem;JJ@BERObject;@BERObject;[B@BERObject;"
+            + "$String;$String;[B[B)V",
+        "CertificateRequestItem (S@DNItem;@BERObject;@BERObject;[B@BERObject;$String;$String;[B[B)V",
+        "KeyItem ($String;SS@EncryptedPrivateKeyInfoItem;[@CertificateItem;@BERObject;ZZ)V",
+        "KeyItem ($String;SS@EncryptedPrivateKeyInfoItem;@CertificateRequestItem;@BERObject;)V",
+        "DNItem ($String;$String;$String;$String;$String;$String;$String;$String;[B)V"
+      })
+  void constructorsAreThere(String className, String descriptor) {
+    Class<?>[] parameters = methodType(descriptor).parameterArray();
+
+    assertDoesNotThrow(() -> itemClass(className).getDeclaredConstructor(parameters));
+  }
+
+  @ParameterizedTest
+  @CsvSource(
+      delimiter = ' ',
+      value = {
+        "DNItem addOptionalField ($String;)V",
+        "KeyItem setHasPrivateKey (Z)V",
+        "CMSKeyDatabase addKeyLabel ($String;)V",
+        "CMSKeyDatabase addReqKeyLabel ($String;)V"
+      })
+  void callbacksAreThere(String className, String name, String descriptor) throws Exception {
+    MethodType type = methodType(descriptor);
+    Method method = itemClass(className).getDeclaredMethod(name, type.parameterArray());
+
+    assertEquals(type.returnType(), method.getReturnType());
+    assertTrue(!Modifier.isStatic(method.getModifiers()));
+  }
+
+  @Test
+  void theCallbackForTheTableOfNamesIsStatic() throws Exception {
+    Method method =
+        CMSKeyDatabaseException.class.getDeclaredMethod("addCMSErrCode", int.class, String.class);
+
+    assertEquals(boolean.class, method.getReturnType());
+    assertTrue(Modifier.isStatic(method.getModifiers()));
+  }
+
+  @ParameterizedTest
+  @ValueSource(strings = {"cn", "ou", "o", "l", "s", "pc", "c"})
+  void theFieldsOfANameAreStrings(String field) throws Exception {
+    assertEquals(String.class, DNItem.class.getDeclaredField(field).getType());
+  }
+
+  @ParameterizedTest
+  @CsvSource({
+    "KMSystem, 6",
+    "CMSKeyDatabaseException, 1",
+    "CMSKeyDatabase, 38",
+    "WEBDBKeyDatabase, 1"
+  })
+  void nativeMethodsArePrivateAndComplete(String className, int count) throws Exception {
+    var natives =
+        Stream.of(itemClass(className).getDeclaredMethods())
+            .filter(method -> Modifier.isNative(method.getModifiers()))
+            .toList();
+
+    assertEquals(count, natives.size());
+    assertTrue(natives.stream().allMatch(method -> Modifier.isPrivate(method.getModifiers())));
+    assertTrue(natives.stream().allMatch(method -> method.getName().startsWith("c_")));
+  }
+
+  private static Class<?> itemClass(String simpleName) throws ClassNotFoundException {
+    return Class.forName(NativeShapesTest.class.getPackageName() + "." + simpleName);
+  }
+
+  /** Descriptors in which $ stands for the package of String and @ for that of the items. */
+  private static MethodType methodType(String shortened) {
+    return MethodType.fromMethodDescriptorString(
+        shortened.replace("$", "Ljava/lang/").replace("@", "Lcom/nelo/zel/vosmar/basic/"),
+        NativeShapesTest.class.getClassLoader());
+  }
+}

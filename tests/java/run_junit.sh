@@ -1,0 +1,43 @@
+#!/bin/bash
+# Runs JUnit in a JVM that checks the use of JNI, and fails when a test fails or when the JVM
+# complains about a native method in a way that the list of expected complaints does not have. An
+# expected complaint that does not come fails too, so that the list stays true.
+#
+#   run_junit.sh LIST LOG COMMAND...
+set -uo pipefail
+list=$1 log=$2
+shift 2
+
+"$@" 2>&1 | tee "$log"
+status=${PIPESTATUS[0]}
+
+# One line for each kind of complaint: the native method, then the complaint, numbers left out.
+complaints=$(awk '
+  /^(WARNING in native method|FATAL ERROR in native method|WARNING: JNI)/ {
+    what = $0
+    gsub(/[0-9]+/, "N", what)
+    getline
+    where = $0
+    sub(/^.*\/|^[ \t]*at /, "", where)
+    sub(/\(.*$/, "", where)
+    n = split(where, parts, ".")
+    print parts[n - 1] "." parts[n] ": " what
+  }' "$log" | sort -u)
+
+patterns=$(grep -v -e '^#' -e '^$' "$list")
+
+unexpected=$(grep -v -x -E -f <(echo "$patterns") <<<"$complaints" | grep .)
+if [ -n "$unexpected" ]; then
+  echo "Unexpected complaints about native methods:"
+  echo "$unexpected"
+  status=1
+fi
+
+while read -r pattern; do
+  if [ -n "$pattern" ] && ! grep -q -x -E -e "$pattern" <<<"$complaints"; then
+    echo "Expected, but not complained about: $pattern"
+    status=1
+  fi
+done <<<"$patterns"
+
+exit "$status"
