@@ -1,0 +1,18 @@
+#include "tests/fake_jni/fake_jni.h"
+
+#include "tests/fake_jni/function_table.h"
+#include "tests/recorder/recorder.h"
+
+namespace zel::test {
+
+FakeJni::FakeJni() {
+  environment_.functions = &functionTable();
+  environment_.fake = this;
+  recorder().nameOfReference = [this](uint64_t value) {
+    return heap.shown(reinterpret_cast<const void*>(value));
+  };
+}
+
+FakeJni::~FakeJni() { recorder().nameOfReference = nullptr; }
+
+}  // namespace zel::test
