@@ -22,11 +22,12 @@ namespace zel::cms {
 struct CertificatePlan {
   int version = 3;
   int days = 0; /**< of validity, from now on */
-  sys::Bytes subject;
-  sys::Bytes issuer;
-  sys::Bytes publicKeyInfo;
-  sys::Bytes extensions;   /**< `Extensions`; empty for none */
-  sys::Bytes serialNumber; /**< the number, most significant byte first; empty for a random one */
+  sys::Bytes subject = {};
+  sys::Bytes issuer = {};
+  sys::Bytes publicKeyInfo = {};
+  sys::Bytes extensions = {}; /**< `Extensions`; empty for none */
+  sys::Bytes serialNumber =
+      {}; /**< the number, most significant byte first; empty for a random one */
 };
 
 /**

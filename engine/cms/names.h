@@ -18,15 +18,15 @@ namespace zel::cms {
 
 /** NameFields are the attributes of a distinguished name, in real UTF-8. */
 struct NameFields {
-  std::optional<std::string> cn;
-  std::optional<std::string> ou;
-  std::optional<std::string> o;
-  std::optional<std::string> l;
-  std::optional<std::string> s;
-  std::optional<std::string> pc;
-  std::optional<std::string> c;
+  std::optional<std::string> cn = {};
+  std::optional<std::string> ou = {};
+  std::optional<std::string> o = {};
+  std::optional<std::string> l = {};
+  std::optional<std::string> s = {};
+  std::optional<std::string> pc = {};
+  std::optional<std::string> c = {};
   /** Further attributes as "type=value": a short name ("DC", "emailAddress") or a dotted OID. */
-  std::array<std::optional<std::string>, 4> optionalFields;
+  std::array<std::optional<std::string>, 4> optionalFields = {};
 
   bool operator==(const NameFields&) const = default;
 };
