@@ -27,6 +27,9 @@ inline jclass classOf(JNIEnv* env, jobject self) {
  */
 inline bool lacksClass(JNIEnv* env, jobject self) { return classOf(env, self) == nullptr; }
 
+/** isSignatureAlgorithm tests the selector of the natives named "Sig" and "SigExt". */
+inline bool isSignatureAlgorithm(jint selector) { return selector == 1 || selector == 2; }
+
 }  // namespace zel::bridge
 
 #endif  // BRIDGE_FRAME_GATE_H_

@@ -17,7 +17,7 @@
 
 namespace zel::bridge {
 
-/** leaveAllocated marks a buffer that nobody frees. */
+/** leaveAllocated marks a buffer that the bridge never frees. */
 inline void leaveAllocated(const void* /*buffer*/) {}
 
 /** leaveOpen marks a key database handle that nobody closes. */

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "bridge/frame/stated_leaks.h"
 #include "bridge/frame/trace.h"
 #include "bridge/frame/version_block.h"
 #include "bridge/kmlib/zelkm.h"
@@ -27,7 +28,8 @@ jint Java_com_nelo_zel_vosmar_basic_KMSystem_c_1enableFIPSMode(JNIEnv*, jclass, 
   if (info == nullptr) return ZELKM_ERR_MEMORY_ALLOCATE;
   info->firstFlag = first;
   info->secondFlag = second;
-  return ZELKM_SetCryptoInfo(info);  // The library keeps the block.
+  leaveAllocated(info);  // The library keeps it for good.
+  return ZELKM_SetCryptoInfo(info);
 }
 
 jint Java_com_nelo_zel_vosmar_basic_KMSystem_c_1ZELKMInitDebug(JNIEnv* env, jclass clazz,

@@ -1,13 +1,12 @@
 // Certificate requests: made anew with a key pair, or written again from the one under the label.
 
 #include "bridge/frame/gate.h"
-#include "bridge/keydb/signature_algorithm.h"
-#include "bridge/keydb/trace_texts.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/distinguished_names.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/strings_and_bytes.h"
+#include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
 using namespace zel::bridge;

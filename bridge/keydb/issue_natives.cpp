@@ -3,11 +3,10 @@
 #include <cstdlib>
 
 #include "bridge/frame/gate.h"
-#include "bridge/keydb/signature_algorithm.h"
-#include "bridge/keydb/trace_texts.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
+#include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
 using namespace zel::bridge;

@@ -1,9 +1,9 @@
 // Create, open, re-password and stash a key database file.
 
 #include "bridge/frame/gate.h"
-#include "bridge/keydb/trace_texts.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
+#include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
 using namespace zel::bridge;

@@ -2,11 +2,11 @@
 
 #include "bridge/frame/gate.h"
 #include "bridge/keydb/entries_by_label.h"
-#include "bridge/keydb/trace_texts.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/strings_and_bytes.h"
+#include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
 using namespace zel::bridge;

@@ -4,10 +4,10 @@
 
 #include "bridge/frame/gate.h"
 #include "bridge/keydb/certificate_file.h"
-#include "bridge/keydb/trace_texts.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/certificate_items.h"
 #include "bridge/marshal/held_strings.h"
+#include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
 using namespace zel::bridge;

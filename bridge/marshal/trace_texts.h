@@ -1,11 +1,11 @@
-#ifndef BRIDGE_KEYDB_TRACE_TEXTS_H_
-#define BRIDGE_KEYDB_TRACE_TEXTS_H_
+#ifndef BRIDGE_MARSHAL_TRACE_TEXTS_H_
+#define BRIDGE_MARSHAL_TRACE_TEXTS_H_
 
 #include "bridge/marshal/text_trace.h"
 
 /**
  * @file
- * The traces of the strings that several key database natives take. Passwords are traced in clear,
+ * The traces of the strings that natives of several classes take. Passwords are traced in clear,
  * like every other argument.
  */
 
@@ -19,4 +19,4 @@ inline constexpr TextTrace kTraceCertReqFileName{"JNI_DEBUG......cCertReqFileNam
 
 }  // namespace zel::bridge
 
-#endif  // BRIDGE_KEYDB_TRACE_TEXTS_H_
+#endif  // BRIDGE_MARSHAL_TRACE_TEXTS_H_
