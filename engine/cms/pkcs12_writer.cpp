@@ -70,8 +70,6 @@ BagPtr certificateBag(const sys::Bytes& der) {
   return BagPtr(certificate ? PKCS12_SAFEBAG_create_cert(certificate.get()) : nullptr);
 }
 
-bool isTrustMark(const Pkcs12Entry& entry) { return entry.trusted && entry.privateKeyInfo.empty(); }
-
 sys::Status addEntryCertificate(const Pkcs12Entry& entry, std::uint32_t number,
                                 STACK_OF(PKCS12_SAFEBAG) & bags) {
   const bool hasKey = !entry.privateKeyInfo.empty();
