@@ -1,3 +1,62 @@
-#include "bridge/kmlib/zelkm.h"
+#include <mutex>
+#include <set>
 
-uint32_t ZELKM_GetMaxCryptoKeySize(uint32_t selector) { return selector == 1 ? 16384 : 0; }
+#include "bridge/kmlib/zelkm.h"
+#include "engine/cms/keys.h"
+#include "engine/km/crypto_mode.h"
+#include "engine/km/handle_table.h"
+#include "engine/km/operation.h"
+#include "engine/km/password_cache.h"
+#include "engine/sys/trace.h"
+
+using namespace zel;      // NOLINT(google-build-using-namespace)
+using namespace zel::km;  // NOLINT(google-build-using-namespace)
+
+namespace {
+
+// The caller gives the block away for good. It is kept, not freed, because nothing forbids to give
+// the same one twice.
+void keepForGood(ZELKMCryptoInfo* info) {
+  static std::mutex mutex;
+  static auto* kept = new std::set<ZELKMCryptoInfo*>;
+  std::lock_guard lock(mutex);
+  kept->insert(info);
+}
+
+}  // namespace
+
+int ZELKM_Init() {
+  return answering(__func__, []() -> sys::Status {
+    sys::traceLine("the key management library starts");
+    return sys::success();
+  });
+}
+
+int ZELKM_CleanAll() {
+  return answering(__func__, []() -> sys::Status {
+    HandleTable::instance().closeAll();
+    PasswordCache::instance().forgetAll();
+    sys::traceLine("the key management library has closed all handles and forgotten all passwords");
+    sys::stopTrace();
+    return sys::success();
+  });
+}
+
+int ZELKM_StartTrace(const char* componentTag, const char* traceFileName, int64_t firstSetting,
+                     int64_t secondSetting) {
+  return answering(__func__, [&]() -> sys::Status {
+    return sys::startTrace(componentTag, traceFileName, {firstSetting, secondSetting});
+  });
+}
+
+int ZELKM_SetCryptoInfo(ZELKMCryptoInfo* info) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (info == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    keepForGood(info);
+    return setCryptoMode(info->firstFlag != 0, info->secondFlag != 0);
+  });
+}
+
+uint32_t ZELKM_GetMaxCryptoKeySize(uint32_t selector) {
+  return selector == 1 ? uint32_t{cms::kMaxKeySize} : 0;
+}

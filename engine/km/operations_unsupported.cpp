@@ -4,32 +4,6 @@
 
 static constexpr int kNotBuilt = ZELKM_ERR_UNSUPPORTED_OPTION;
 
-int ZELKM_Init() { return kNotBuilt; }
-
-int ZELKM_CleanAll() { return kNotBuilt; }
-
-int ZELKM_StartTrace(const char*, const char*, int64_t, int64_t) { return kNotBuilt; }
-
-int ZELKM_SetCryptoInfo(ZELKMCryptoInfo*) { return kNotBuilt; }
-
-int ZELKM_CreateNewKeyDb(const char*, const char*, int64_t, int*) { return kNotBuilt; }
-
-int ZELKM_CreateNewKeyDbFIPS(const char*, const char*, int64_t, int*) { return kNotBuilt; }
-
-int ZELKM_OpenKeyDb(const char*, const char*, int*) { return kNotBuilt; }
-
-int ZELKM_OpenKeyDbX(const KeyDbLocator*, int*) { return kNotBuilt; }
-
-int ZELKM_CloseKeyDb(int) { return kNotBuilt; }
-
-int ZELKM_ChangeKeyDbPwd(const char*, const char*, const char*, int64_t) { return kNotBuilt; }
-
-int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator*) { return kNotBuilt; }
-
-int ZELKM_StashKeyDbPwd(const char*, const char*) { return kNotBuilt; }
-
-int ZELKM_IsPasswordRequired(const KeyDbLocator*, unsigned char*) { return kNotBuilt; }
-
 int ZELKM_SetSecondaryKeyDb(int, int) { return kNotBuilt; }
 
 int ZELKM_UnsetSecondaryKeyDb(int) { return kNotBuilt; }
@@ -37,10 +11,6 @@ int ZELKM_UnsetSecondaryKeyDb(int) { return kNotBuilt; }
 int ZELKM_Kyr2Kdb(const char*, const char*, const char*, const char*) { return kNotBuilt; }
 
 int ZELKM_Kdb2Kyr(const char*, const char*, const char*, const char*) { return kNotBuilt; }
-
-int ZELKM_GetKeyDbLabelList(int, ZELKMLabelList**) { return kNotBuilt; }
-
-int ZELKM_GetReqKeyDbLabelList(int, ZELKMLabelList**) { return kNotBuilt; }
 
 int ZELKM_GetCryptoTokenLabelList(const char*, ZELKMLabelList**) { return kNotBuilt; }
 

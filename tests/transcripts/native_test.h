@@ -5,7 +5,6 @@
 #include <jni.h>
 
 #include <initializer_list>
-#include <map>
 #include <string>
 #include <type_traits>
 
@@ -57,8 +56,6 @@ class NativeTest : public testing::Test {
   jstring text(const std::string& value) { return jni.heap.newString(value); }
   jbyteArray bytes(const Bytes& value) { return jni.heap.newBytes(value); }
   jobjectArray texts(std::initializer_list<const char*> values);
-  /** dnItem() is a DNItem named "dn", with the fields that are given. */
-  jobject dnItem(const std::map<std::string, std::string>& fields);
   jclass classOf(const char* basicName) {
     return jni.heap.classNamed(kBasic + std::string(basicName));
   }
@@ -84,10 +81,10 @@ class NativeTest : public testing::Test {
     finish(shown(result));
   }
 
-  /** convert() runs a converter, or any other piece of the bridge, in the same way. */
+  /** convert() runs a converter, or any piece of the bridge, in the same way. */
   template <typename Piece>
   void convert(Piece piece) {
-    jobject result = nullptr;
+    std::invoke_result_t<Piece> result;
     {
       const BridgeCall bridge;
       result = piece();

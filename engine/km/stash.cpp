@@ -1,0 +1,70 @@
+#include "engine/km/stash.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "engine/km/sealing.h"
+#include "engine/sys/files.h"
+#include "engine/sys/trace.h"
+
+namespace zel::km {
+
+namespace {
+
+// A file begins with it; the digit is the version.
+constexpr std::string_view kMagic = "ZELSTASH1";
+constexpr std::size_t kLongest = 65536;
+
+using StashKey = std::array<std::uint8_t, kKeyLength>;
+
+// No secret: everybody who can read the database can make it.
+sys::Result<StashKey> stashKey(sys::ByteView salt) {
+  StashKey key;
+  sys::Status derived = deriveKey(salt, "stash", key);
+  if (!derived) return derived.failure();
+  return key;
+}
+
+}  // namespace
+
+std::string stashNameOf(const std::string& databaseName) {
+  const std::size_t slash = databaseName.rfind('/');
+  const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
+  const std::size_t dot = databaseName.rfind('.');
+  const bool hasExtension = dot != std::string::npos && dot > start;
+  return databaseName.substr(0, hasExtension ? dot : databaseName.size()) + ".sth";
+}
+
+sys::Status writeStash(const std::string& databaseName, sys::ByteView salt,
+                       sys::ByteView password) {
+  sys::Result<StashKey> key = stashKey(salt);
+  if (!key) return key.failure();
+  sys::Result<Sealed> sealed = seal(key.value(), sys::bytesOf(kMagic), password);
+  if (!sealed) return sealed.failure();
+  sys::Bytes file(kMagic.begin(), kMagic.end());
+  file.insert(file.end(), sealed.value().begin(), sealed.value().end());
+  return sys::writeFile(stashNameOf(databaseName), file, sys::FileAccess::ownerOnly);
+}
+
+sys::Result<sys::SecretBytes> readStash(const std::string& databaseName, sys::ByteView salt) {
+  const std::string name = stashNameOf(databaseName);
+  sys::Result<sys::SecretBytes> file = sys::readOwnSecretFile(name, kLongest);
+  if (file.code() == ZELKM_ERR_FILE_OPEN_NOT_EXIST) {
+    return sys::Failure{ZELKM_ERR_PWDFILE_NOT_EXIST};
+  }
+  if (!file) return file;
+  sys::Result<StashKey> key = stashKey(salt);
+  if (!key) return key.failure();
+  const sys::ByteView bytes = file.value();
+  if (bytes.size() >= kMagic.size() &&
+      std::ranges::equal(bytes.first(kMagic.size()), sys::bytesOf(kMagic))) {
+    sys::Result<sys::SecretBytes> password =
+        unseal(key.value(), sys::bytesOf(kMagic), bytes.subspan(kMagic.size()));
+    if (password) return password;
+  }
+  return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION,
+                   "%s is damaged or older than the database's password", name.c_str());
+}
+
+}  // namespace zel::km
