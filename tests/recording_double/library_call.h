@@ -122,6 +122,7 @@ bool recordRelease(const char* function, Kind kind, const void* record);
 template <typename Record>
 void releaseHandedOut(const char* function, Record* record) {
   using Handed = HandedOut<Record>;
+  const HostCode host;
   if (recordRelease(function, Handed::kKind, record)) Handed::release(record);
 }
 

@@ -61,6 +61,7 @@ void* ZELKM_Realloc(void* block, size_t size) {
 }
 
 void ZELKM_Free(void* block) {
+  const HostCode host;
   const Ownership& owned = recorder().owned;
   const bool handedOut = owned.holds(Kind::kBuffer, block);
   const Kind kind = handedOut                         ? Kind::kBuffer

@@ -34,6 +34,7 @@ void releaseText(const char* function, char* text) {
 }
 
 void releaseOwnLabelList(const char* function, ZELKMLabelList* list) {
+  const HostCode host;
   LibraryCall(function, recorder().owned.nameOf(list)).done();
   while (list != nullptr) {
     ZELKMLabelList* next = list->next;
@@ -45,6 +46,7 @@ void releaseOwnLabelList(const char* function, ZELKMLabelList* list) {
 }
 
 void releaseOwnEpki(const char* function, ZELKMEPKIItem* epki) {
+  const HostCode host;
   unsigned char* bytes = epki->berData;
   if (!recordRelease(function, Kind::kLibraryBlock, epki)) return;
   std::free(epki);
@@ -62,6 +64,7 @@ void ZELKM_InitDNItem(ZELKMDNItem** dn) { clear(__func__, dn); }
 void ZELKM_InitEPKIItem(ZELKMEPKIItem** epki) { clear(__func__, epki); }
 
 void ZELKM_FreeDNItem(ZELKMDNItem* dn) {
+  const HostCode host;
   if (!recordRelease(__func__, Kind::kBlock, dn)) return;
   for (char* text : {dn->cn, dn->ou, dn->o, dn->l, dn->s, dn->pc, dn->c}) {
     releaseText(__func__, text);

@@ -50,6 +50,12 @@ jobjectArray NativeTest::texts(std::initializer_list<const char*> values) {
   return jni.heap.newArray(jni.heap.classNamed("java/lang/String"), elements);
 }
 
+jobject NativeTest::dnItem(const std::map<std::string, std::string>& fields) {
+  jobject item = jni.heap.newObject(classOf("DNItem"), "dn");
+  for (const auto& [field, value] : fields) jni.heap.thing(item)->fields[field] = text(value);
+  return item;
+}
+
 std::string NativeTest::shown(jboolean result) {
   if (result == JNI_TRUE) return "true";
   return result == JNI_FALSE ? "false" : "true as " + std::to_string(result);

@@ -5,6 +5,7 @@
 #include <jni.h>
 
 #include <initializer_list>
+#include <map>
 #include <string>
 #include <type_traits>
 
@@ -56,6 +57,8 @@ class NativeTest : public testing::Test {
   jstring text(const std::string& value) { return jni.heap.newString(value); }
   jbyteArray bytes(const Bytes& value) { return jni.heap.newBytes(value); }
   jobjectArray texts(std::initializer_list<const char*> values);
+  /** dnItem() is a DNItem named "dn", with the fields that are given. */
+  jobject dnItem(const std::map<std::string, std::string>& fields);
   jclass classOf(const char* basicName) {
     return jni.heap.classNamed(kBasic + std::string(basicName));
   }
@@ -81,10 +84,10 @@ class NativeTest : public testing::Test {
     finish(shown(result));
   }
 
-  /** convert() runs a converter, or any piece of the bridge, in the same way. */
+  /** convert() runs a converter, or any other piece of the bridge, in the same way. */
   template <typename Piece>
   void convert(Piece piece) {
-    std::invoke_result_t<Piece> result;
+    jobject result = nullptr;
     {
       const BridgeCall bridge;
       result = piece();
