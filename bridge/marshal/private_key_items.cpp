@@ -7,46 +7,42 @@ namespace zel::bridge {
 
 namespace {
 
-/** ClassAndObject is what a conversion looked up and made; the object is null when it failed. */
-struct ClassAndObject {
-  jclass itemClass;
-  bool constructed;
-  jobject item;
-};
-
-/** construct makes an object of a class that wraps bytes. */
-ClassAndObject construct(JNIEnv* env, const char* className, const unsigned char* bytes,
-                         uint32_t length) {
+/** newBytesItem makes an object of a class that wraps bytes, and traces the class and the object.
+ */
+template <typename Trace>
+jobject newBytesItem(JNIEnv* env, const char* className, const unsigned char* bytes,
+                     uint32_t length, Trace&& trace) {
   jclass itemClass = env->FindClass(className);
-  if (itemClass == nullptr) return {};
+  if (itemClass == nullptr) return nullptr;
   jmethodID constructor = env->GetMethodID(itemClass, "<init>", kBytesConstructor);
-  if (constructor == nullptr) return {};
+  if (constructor == nullptr) return nullptr;
   jbyteArray array = newJavaByteArray(env, bytes, length);
-  if (array == nullptr) return {};
-  return {itemClass, true, env->NewObject(itemClass, constructor, array)};
+  if (array == nullptr) return nullptr;
+  jobject item = env->NewObject(itemClass, constructor, array);
+  trace(itemClass, item);
+  return item;
 }
 
 }  // namespace
 
 jobject newJavaEPKIItem(JNIEnv* env, const ItemClasses& classes, const ZELKMEPKIItem* epki) {
   if (epki == nullptr) return nullptr;
-  const ClassAndObject made =
-      construct(env, classes.encryptedPrivateKeyInfoItem, epki->berData, epki->berDataLength);
-  if (!made.constructed) return nullptr;
-  traceMessage("JNI_DEBUG......jEncryptedPrivateKeyInfoItem = 0x%x, retObj = 0x%x\n",
-               lowBits(made.itemClass), lowBits(made.item));
-  return made.item;
+  return newBytesItem(env, classes.encryptedPrivateKeyInfoItem, epki->berData, epki->berDataLength,
+                      [](jclass itemClass, jobject item) {
+                        traceMessage(
+                            "JNI_DEBUG......jEncryptedPrivateKeyInfoItem = 0x%x, retObj = 0x%x\n",
+                            lowBits(itemClass), lowBits(item));
+                      });
 }
 
 jobject newJavaPrivKeyInfoItem(JNIEnv* env, const ItemClasses& classes,
                                const ZELKMPrivKeyInfoItem* privKeyInfo) {
   if (privKeyInfo == nullptr) return nullptr;
-  const ClassAndObject made =
-      construct(env, classes.privateKeyInfoItem, privKeyInfo->berData, privKeyInfo->berDataLength);
-  if (!made.constructed) return nullptr;
-  traceMessage("JNI_DEBUG......jPrivateKeyInfoItem = 0x%x, retObj = 0x%x\n",
-               lowBits(made.itemClass), lowBits(made.item));
-  return made.item;
+  return newBytesItem(env, classes.privateKeyInfoItem, privKeyInfo->berData,
+                      privKeyInfo->berDataLength, [](jclass itemClass, jobject item) {
+                        traceMessage("JNI_DEBUG......jPrivateKeyInfoItem = 0x%x, retObj = 0x%x\n",
+                                     lowBits(itemClass), lowBits(item));
+                      });
 }
 
 }  // namespace zel::bridge

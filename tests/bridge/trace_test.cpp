@@ -1,0 +1,97 @@
+#include "bridge/frame/trace.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace zel::bridge {
+namespace {
+
+class TraceTest : public testing::Test {
+ protected:
+  TraceTest() { debugMsgEnv = nullptr; }
+  ~TraceTest() override {
+    closeDebugLog();
+    std::filesystem::remove(log_);
+  }
+
+  std::vector<std::string> linesOfTheLog() {
+    std::ifstream file(log_);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) lines.push_back(line);
+    return lines;
+  }
+
+  std::filesystem::path log_ =
+      std::filesystem::path(testing::TempDir()) / ("trace_" + std::to_string(getpid()) + ".log");
+};
+
+TEST_F(TraceTest, EvaluatesNoArgumentWhileItIsOff) {
+  int evaluated = 0;
+  traceMessage("%d\n", ++evaluated);
+  EXPECT_EQ(evaluated, 0);
+  openDebugLog(log_.c_str());
+  traceMessage("%d\n", ++evaluated);
+  EXPECT_EQ(evaluated, 1);
+}
+
+TEST_F(TraceTest, StampsEachLineOfTheLog) {
+  openDebugLog(log_.c_str());
+  traceMessage("100%% of %s\n", orNull(nullptr));
+  closeDebugLog();
+  const auto lines = linesOfTheLog();
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_TRUE(
+      std::regex_match(lines[0], std::regex("\\d{8}\\|\\d{2}:\\d{2}:\\d{2} \\|\\| 100% of null")))
+      << lines[0];
+}
+
+TEST_F(TraceTest, StaysSilentWhenTheLogCannotBeOpened) {
+  openDebugLog((log_ / "not" / "there").c_str());
+  EXPECT_TRUE(isTracing());
+  traceMessage("lost\n");
+  EXPECT_EQ(debugLogFile, nullptr);
+  closeDebugLog();
+  EXPECT_FALSE(isTracing());
+}
+
+TEST_F(TraceTest, HoldsNothingOnceTheLogIsClosed) {
+  openDebugLog(log_.c_str());
+  traceMessage("one line\n");
+  EXPECT_NE(traceFormatBuffer, nullptr);
+  closeDebugLog();
+  EXPECT_EQ(traceFormatBuffer, nullptr);
+  EXPECT_EQ(debugLogFile, nullptr);
+  traceMessage("too late\n");
+  EXPECT_EQ(linesOfTheLog().size(), 1U);
+}
+
+TEST_F(TraceTest, KeepsTheLinesOfManyThreadsWhole) {
+  constexpr int kThreads = 8;
+  constexpr int kLinesEach = 500;
+  openDebugLog(log_.c_str());
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < kThreads; ++thread) {
+    threads.emplace_back([thread] {
+      for (int line = 0; line < kLinesEach; ++line) {
+        traceMessage("thread %d line %d of %s\n", thread, line, "many");
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  closeDebugLog();
+
+  const auto lines = linesOfTheLog();
+  EXPECT_EQ(lines.size(), static_cast<std::size_t>(kThreads * kLinesEach));
+  const std::regex whole("[0-9|:]{17} \\|\\| thread \\d line \\d+ of many");
+  for (const std::string& line : lines) EXPECT_TRUE(std::regex_match(line, whole)) << line;
+}
+
+}  // namespace
+}  // namespace zel::bridge
