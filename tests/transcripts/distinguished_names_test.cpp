@@ -237,7 +237,7 @@ TEST_F(NewJavaDNItem, TakesEveryNamedAttributeAndTheDerBytes) {
   convertToJava();
   EXPECT_TRANSCRIPT(R"(
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(2) = bytes#1
     SetByteArrayRegion(bytes#1, 0, 2, [30 0a])
     NewStringUTF("Alice")
@@ -262,7 +262,7 @@ TEST_F(NewJavaDNItem, AddsTheOptionalFieldsInTheirOrder) {
   convertToJava();
   EXPECT_TRANSCRIPT(R"(
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(2) = bytes#1
     SetByteArrayRegion(bytes#1, 0, 2, [30 0a])
     NewStringUTF("Alice")
@@ -287,7 +287,7 @@ TEST_F(NewJavaDNItem, AddsOnlyTheThirdOptionalFieldWhenItStandsAlone) {
   convertToJava();
   EXPECT_TRANSCRIPT(R"(
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(2) = bytes#1
     SetByteArrayRegion(bytes#1, 0, 2, [30 0a])
     NewStringUTF("Alice")
@@ -307,7 +307,7 @@ TEST_F(NewJavaDNItem, DropsTheObjectWithoutAddOptionalField) {
   convertToJava();
   EXPECT_TRANSCRIPT(R"(
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(2) = bytes#1
     SetByteArrayRegion(bytes#1, 0, 2, [30 0a])
     NewStringUTF("Alice")
@@ -325,7 +325,7 @@ TEST_F(NewJavaDNItem, CallsOnWithAnObjectThatCouldNotBeMade) {
   convertToJava();
   EXPECT_TRANSCRIPT(R"(
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(2) = bytes#1
     SetByteArrayRegion(bytes#1, 0, 2, [30 0a])
     NewStringUTF("Alice")
@@ -345,7 +345,7 @@ TEST_F(NewJavaDNItem, GivesANameWithoutDerBytesAnEmptyArray) {
   convertToJava();
   EXPECT_TRANSCRIPT(R"(
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(0) = bytes#1
     SetByteArrayRegion(bytes#1, 0, 0, null)
     NewStringUTF("Alice")
@@ -376,11 +376,11 @@ TEST_F(NewJavaDNItem, EndsAtTheFirstFailure) {
     return null
     held nothing
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V") = null
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}") = null
     return null
     held nothing
     FindClass("com/nelo/zel/vosmar/basic/DNItem") = class basic/DNItem
-    GetMethodID(class basic/DNItem, "<init>", "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V")
+    GetMethodID(class basic/DNItem, "<init>", "{DNItem}")
     NewByteArray(2) = null
     return null
     held nothing

@@ -30,33 +30,15 @@ void declareJavaClasses(JavaHeap& heap) {
   heap.declare(basic + "BERObject", {constructor(kTakesBytes)});
   heap.declare(basic + "EncryptedPrivateKeyInfoItem", {constructor(kTakesBytes)});
   heap.declare(basic + "PrivateKeyInfoItem", {constructor(kTakesBytes)});
-  heap.declare(
-      basic + "DNItem",
-      {text("cn"), text("ou"), text("o"), text("l"), text("s"), text("pc"), text("c"),
-       constructor("(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
-                   "Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V"),
-       method("addOptionalField", kTakesText)});
-  heap.declare(
-      basic + "CertificateItem",
-      {constructor(kTakesBytes),
-       constructor("(SSLjava/lang/String;Lcom/nelo/zel/vosmar/basic/DNItem;"
-                   "Lcom/nelo/zel/vosmar/basic/DNItem;JJLcom/nelo/zel/vosmar/basic/BERObject;"
-                   "Lcom/nelo/zel/vosmar/basic/BERObject;[BLcom/nelo/zel/vosmar/basic/BERObject;"
-                   "Ljava/lang/String;Ljava/lang/String;[B[B)V")});
-  heap.declare(
-      basic + "CertificateRequestItem",
-      {constructor("(SLcom/nelo/zel/vosmar/basic/DNItem;Lcom/nelo/zel/vosmar/basic/BERObject;"
-                   "Lcom/nelo/zel/vosmar/basic/BERObject;[BLcom/nelo/zel/vosmar/basic/BERObject;"
-                   "Ljava/lang/String;Ljava/lang/String;[B[B)V")});
-  heap.declare(
-      basic + "KeyItem",
-      {constructor("(Ljava/lang/String;SSLcom/nelo/zel/vosmar/basic/EncryptedPrivateKeyInfoItem;"
-                   "[Lcom/nelo/zel/vosmar/basic/CertificateItem;"
-                   "Lcom/nelo/zel/vosmar/basic/BERObject;ZZ)V"),
-       constructor("(Ljava/lang/String;SSLcom/nelo/zel/vosmar/basic/EncryptedPrivateKeyInfoItem;"
-                   "Lcom/nelo/zel/vosmar/basic/CertificateRequestItem;"
-                   "Lcom/nelo/zel/vosmar/basic/BERObject;)V"),
-       method("setHasPrivateKey", "(Z)V")});
+  heap.declare(basic + "DNItem",
+               {text("cn"), text("ou"), text("o"), text("l"), text("s"), text("pc"), text("c"),
+                constructor(kDnItem.signature), method("addOptionalField", kTakesText)});
+  heap.declare(basic + "CertificateItem",
+               {constructor(kTakesBytes), constructor(kCertificateItem.signature)});
+  heap.declare(basic + "CertificateRequestItem", {constructor(kCertificateRequestItem.signature)});
+  heap.declare(basic + "KeyItem",
+               {constructor(kKeyItem.signature), constructor(kRequestKeyItem.signature),
+                method("setHasPrivateKey", "(Z)V")});
 }
 
 }  // namespace zel::test

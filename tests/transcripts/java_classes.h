@@ -8,6 +8,43 @@ namespace zel::test {
 /** Package of the item classes and of the classes with natives. */
 inline constexpr const char* kBasic = "com/nelo/zel/vosmar/basic/";
 
+/** A constructor signature that is too long for a line, and what transcripts write for it. */
+struct LongSignature {
+  const char* shorthand;
+  const char* signature;
+};
+
+inline constexpr LongSignature kDnItem = {
+    "{DNItem}",
+    "(Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;"
+    "Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;Ljava/lang/String;[B)V"};
+
+inline constexpr LongSignature kCertificateItem = {
+    "{CertificateItem}",
+    "(SSLjava/lang/String;Lcom/nelo/zel/vosmar/basic/DNItem;"
+    "Lcom/nelo/zel/vosmar/basic/DNItem;JJLcom/nelo/zel/vosmar/basic/BERObject;"
+    "Lcom/nelo/zel/vosmar/basic/BERObject;[BLcom/nelo/zel/vosmar/basic/BERObject;"
+    "Ljava/lang/String;Ljava/lang/String;[B[B)V"};
+
+inline constexpr LongSignature kCertificateRequestItem = {
+    "{CertificateRequestItem}",
+    "(SLcom/nelo/zel/vosmar/basic/DNItem;Lcom/nelo/zel/vosmar/basic/BERObject;"
+    "Lcom/nelo/zel/vosmar/basic/BERObject;[BLcom/nelo/zel/vosmar/basic/BERObject;"
+    "Ljava/lang/String;Ljava/lang/String;[B[B)V"};
+
+inline constexpr LongSignature kKeyItem = {
+    "{KeyItem}",
+    "(Ljava/lang/String;SSLcom/nelo/zel/vosmar/basic/EncryptedPrivateKeyInfoItem;"
+    "[Lcom/nelo/zel/vosmar/basic/CertificateItem;Lcom/nelo/zel/vosmar/basic/BERObject;ZZ)V"};
+
+inline constexpr LongSignature kRequestKeyItem = {
+    "{KeyItem of a request}",
+    "(Ljava/lang/String;SSLcom/nelo/zel/vosmar/basic/EncryptedPrivateKeyInfoItem;"
+    "Lcom/nelo/zel/vosmar/basic/CertificateRequestItem;Lcom/nelo/zel/vosmar/basic/BERObject;)V"};
+
+inline constexpr LongSignature kLongSignatures[] = {
+    kDnItem, kCertificateItem, kCertificateRequestItem, kKeyItem, kRequestKeyItem};
+
 /** declareJavaClasses() declares every class that the bridge looks up, with what it looks up. */
 void declareJavaClasses(JavaHeap& heap);
 

@@ -9,6 +9,18 @@ namespace zel::test {
 
 namespace {
 
+/** The text with every shorthand of a long signature written out. */
+std::string writtenOut(std::string text) {
+  for (const LongSignature& known : kLongSignatures) {
+    const std::string shorthand = '"' + std::string(known.shorthand) + '"';
+    const std::string whole = '"' + std::string(known.signature) + '"';
+    for (size_t at = text.find(shorthand); at != std::string::npos; at = text.find(shorthand, at)) {
+      text.replace(at, shorthand.size(), whole);
+    }
+  }
+  return text;
+}
+
 /** The lines of a text, without indentation and without empty ones. */
 std::vector<std::string> linesOf(const std::string& text) {
   std::vector<std::string> lines;
@@ -69,7 +81,7 @@ void NativeTest::finish(const std::string& result) {
 }
 
 testing::AssertionResult transcriptIs(const std::string& expected) {
-  const std::vector<std::string> wanted = linesOf(expected);
+  const std::vector<std::string> wanted = linesOf(writtenOut(expected));
   const std::vector<std::string> actual = linesOf(recorder().transcript());
   if (wanted == actual) return testing::AssertionSuccess();
   size_t first = 0;

@@ -43,7 +43,9 @@
  *     the reference that it names;
  *   return: the native's result;
  *   held: all that the native was given and did not give back.
- * Nothing is left out. An ERROR line fails the test even when the transcript expects it.
+ * Nothing is left out; only the long constructor signatures have the shorthands of java_classes.h,
+ * "{KeyItem}" for one, which stand for the whole text. An ERROR line fails the test even when the
+ * transcript expects it.
  */
 
 namespace zel::test {
