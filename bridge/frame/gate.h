@@ -18,6 +18,12 @@ inline bool lacksObject(const JNIEnv* env, jobject self) {
   return env == nullptr || self == nullptr;
 }
 
+/** lacksAny tells whether any of what a native cannot do without is null. */
+template <typename... Required>
+bool lacksAny(const Required*... required) {
+  return ((required == nullptr) || ...);
+}
+
 /** classOf is the object's class, null when the environment, the object or the class is. */
 inline jclass classOf(JNIEnv* env, jobject self) {
   return lacksObject(env, self) ? nullptr : env->GetObjectClass(self);

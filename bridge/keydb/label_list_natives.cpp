@@ -5,6 +5,7 @@
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/label_buffer.h"
+#include "bridge/marshal/label_walk.h"
 #include "bridge/marshal/strings_and_bytes.h"
 #include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
@@ -13,14 +14,15 @@ using namespace zel::bridge;
 
 namespace {
 
-/** deliverLabels ends at a null node or a null label; a callback that throws does not end it. */
+/** deliverLabels delivers them all: a callback that throws does not end it. */
 void deliverLabels(JNIEnv* env, jobject self, jmethodID callback, const ZELKMLabelList* list,
                    TextTrace trace, LabelBuffer& buffer) {
-  for (; list != nullptr && list->label != nullptr; list = list->next) {
-    const char* label = buffer.copy(list->label);
+  forEachLabel(list, [&](const char* text) {
+    const char* label = buffer.copy(text);
     trace(label);
     env->CallVoidMethod(self, callback, newJavaString(env, label));
-  }
+    return ZELKM_OK;
+  });
 }
 
 }  // namespace

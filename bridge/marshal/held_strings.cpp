@@ -18,6 +18,12 @@ const char* HeldStrings::takeIfGiven(jstring string, TextTrace trace) {
   return text;
 }
 
+const char* HeldStrings::takeIfGiven(jstring string, TextTrace given, FixedTrace absent) {
+  if (string != nullptr) return take(string, given);
+  absent();
+  return nullptr;
+}
+
 const char* HeldStrings::takeIfGiven(jstring string) {
   return string == nullptr ? nullptr : acquire(string);
 }

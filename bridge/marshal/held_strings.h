@@ -40,6 +40,9 @@ class HeldStrings {
   /** takeIfGiven leaves a null string alone, and traces it as null. */
   const char* takeIfGiven(jstring string, TextTrace trace);
 
+  /** takeIfGiven leaves a null string alone, and has a trace of its own for it. */
+  const char* takeIfGiven(jstring string, TextTrace given, FixedTrace absent);
+
   /** takeIfGiven without a trace leaves a null string alone. */
   const char* takeIfGiven(jstring string);
 

@@ -35,6 +35,17 @@ class TextTrace {
   const char* format_;
 };
 
+/** FixedTrace is a trace message without any directive; what looks like one is printed as it is. */
+class FixedTrace {
+ public:
+  consteval explicit FixedTrace(const char* text) : text_(text) {}
+
+  void operator()() const { traceMessage("%s", text_); }
+
+ private:
+  const char* text_;
+};
+
 }  // namespace zel::bridge
 
 #endif  // BRIDGE_MARSHAL_TEXT_TRACE_H_

@@ -14,6 +14,7 @@ namespace zel::bridge {
 inline constexpr TextTrace kTraceKeyDbFileName{"JNI_DEBUG......cKeyDbFileName = %s\n"};
 inline constexpr TextTrace kTraceKeyDbPwd{"JNI_DEBUG......cKeyDbPwd = %s\n"};
 inline constexpr TextTrace kTraceKeyLabel{"JNI_DEBUG......cKeyLabel = %s\n"};
+inline constexpr TextTrace kTraceTokenPassword{"JNI_DEBUG......cCryptographicTokenPassword = %s\n"};
 inline constexpr TextTrace kTraceCertFileName{"JNI_DEBUG......cCertFileName = %s\n"};
 inline constexpr TextTrace kTraceCertReqFileName{"JNI_DEBUG......cCertReqFileName = %s\n"};
 

@@ -1,0 +1,102 @@
+// Certificates onto a token and off it. The two that take a personal certificate may lend a
+// secondary key database to the token.
+
+#include "bridge/frame/gate.h"
+#include "bridge/keydb/certificate_file.h"
+#include "bridge/kmlib/zelkm.h"
+#include "bridge/marshal/held_strings.h"
+#include "bridge/marshal/strings_and_bytes.h"
+#include "bridge/marshal/trace_texts.h"
+#include "bridge/token/secondary_key_db.h"
+#include "bridge/token/with_token.h"
+#include "com_nelo_zel_vosmar_basic_CryptographicToken.h"
+
+using namespace zel::bridge;
+
+jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ReceivePersonalCertificate(
+    JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword,
+    jstring secondaryKeyDbFileName, jstring secondaryKeyDbPassword, jstring certFileName,
+    jboolean isBase64) {
+  if (lacksAny(env, self, moduleName, tokenLabel, certFileName)) return ZELKM_ERR_PARAMETER;
+  HeldStrings held(env);
+  const Token token = takeToken(held, moduleName, tokenLabel, tokenPassword);
+  const SecondaryKeyDb secondary =
+      takeSecondaryKeyDb(held, secondaryKeyDbFileName, secondaryKeyDbPassword);
+  const char* certFile = held.take(certFileName, kTraceCertFileName);
+  unsigned char* buffer = nullptr;
+  uint32_t length = 0;
+  int rc = readCertFileToBuf(certFile, isBase64, &buffer, &length);
+  if (rc == ZELKM_OK) {
+    rc = withTokenKeyDb(token, secondary, [&](int handle) {
+      return ZELKM_ReceiveCert(handle, buffer, length, JNI_FALSE);
+    });
+  }
+  if (length != 0 && buffer != nullptr) ZELKM_Free(buffer);
+  held.releaseAll();
+  return rc;
+}
+
+// A certificate or key that cannot be copied reaches the library as null with its length.
+jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ImportCertificate(
+    JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword,
+    jstring secondaryKeyDbFileName, jstring secondaryKeyDbPassword, jstring keyLabel,
+    jint certLength, jbyteArray certificate, jint keyLength, jbyteArray privateKey) {
+  if (lacksAny(env, self, moduleName, tokenLabel, keyLabel, certificate) || certLength == 0) {
+    return ZELKM_ERR_PARAMETER;
+  }
+  HeldStrings held(env);
+  const Token token = takeToken(held, moduleName, tokenLabel, tokenPassword);
+  const SecondaryKeyDb secondary =
+      takeSecondaryKeyDb(held, secondaryKeyDbFileName, secondaryKeyDbPassword);
+  const char* label = held.take(keyLabel, kTraceKeyLabel);
+  unsigned char* certBytes = nullptr;
+  unsigned char* keyBytes = nullptr;
+  JavaByteArrayToUChar(env, certificate, certLength, &certBytes);
+  if (keyLength > 0) JavaByteArrayToUChar(env, privateKey, keyLength, &keyBytes);
+  const int rc = withTokenKeyDb(token, secondary, [&](int handle) {
+    return ZELKM_InsertKey(handle, label, static_cast<uint32_t>(certLength), certBytes,
+                           static_cast<uint32_t>(keyLength), keyBytes, JNI_FALSE, JNI_FALSE);
+  });
+  wipeAndFree(certBytes, certLength);
+  wipeAndFree(keyBytes, keyLength);
+  held.releaseAll();
+  return rc;
+}
+
+jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1AddSignerCertificate(
+    JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword,
+    jstring keyLabel, jstring certFileName, jboolean isBase64) {
+  if (lacksAny(env, self, moduleName, tokenLabel, keyLabel, certFileName)) {
+    return ZELKM_ERR_PARAMETER;
+  }
+  HeldStrings held(env);
+  const Token token = takeToken(held, moduleName, tokenLabel, tokenPassword);
+  const char* label = held.take(keyLabel, kTraceKeyLabel);
+  const char* certFile = held.take(certFileName, kTraceCertFileName);
+  unsigned char* buffer = nullptr;
+  uint32_t length = 0;
+  int rc = readCertFileToBuf(certFile, isBase64, &buffer, &length);
+  if (rc == ZELKM_OK) {
+    rc = withToken(token,
+                   [&](int handle) { return ZELKM_StoreCACert(handle, buffer, length, label); });
+  }
+  if (length != 0 && buffer != nullptr) ZELKM_Free(buffer);
+  held.releaseAll();
+  return rc;
+}
+
+jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ExtractCertificate(
+    JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword,
+    jstring keyLabel, jstring certFileName, jboolean format) {
+  if (lacksAny(env, self, moduleName, tokenLabel, keyLabel, certFileName)) {
+    return ZELKM_ERR_PARAMETER;
+  }
+  HeldStrings held(env);
+  const Token token = takeToken(held, moduleName, tokenLabel, tokenPassword);
+  const char* label = held.take(keyLabel, kTraceKeyLabel);
+  const char* certFile = held.take(certFileName, kTraceCertFileName);
+  const int rc = withToken(
+      token, [&](int handle) { return ZELKM_ExportCert(handle, label, certFile, format); });
+  held.releaseAll();
+  return rc;
+}
