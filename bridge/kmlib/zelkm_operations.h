@@ -77,7 +77,7 @@ ZELKM_API int ZELKM_CreateNewKeyDb(const char* fileName, const char* password, i
 ZELKM_API int ZELKM_CreateNewKeyDbFIPS(const char* fileName, const char* password, int64_t lifetime,
                                        int* handle);
 
-/** ZELKM_OpenKeyDb opens a key database file; a null password opens with its stash file. */
+/** ZELKM_OpenKeyDb opens a key database file; a null or empty password, with its stash file. */
 ZELKM_API int ZELKM_OpenKeyDb(const char* fileName, const char* password, int* handle);
 
 /** ZELKM_OpenKeyDbX opens what the locator names (KEYDB_LOCATOR_OPEN_EXTENT bytes are read). */

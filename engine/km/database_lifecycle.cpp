@@ -185,7 +185,7 @@ sys::Status fillNewFile(Connection& connection, const Parameters& parameters,
 }  // namespace
 
 sys::Result<Password> passwordOrStash(const char* password) {
-  if (password == nullptr) return Password();
+  if (password == nullptr || *password == '\0') return Password();
   sys::Result<sys::SecretBytes> given = passwordArgument(password);
   if (!given) return given.failure();
   return Password(std::move(given.value()));

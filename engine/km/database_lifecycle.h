@@ -28,7 +28,10 @@ namespace zel::km {
 
 using Password = std::optional<sys::SecretBytes>;
 
-/** A password argument of the C interface, null for the stash; ZELKM_ERR_PARAMETER (65). */
+/**
+ * A password argument of the C interface; null, or empty since no password is, for that of the
+ * stash file: Java cannot pass null. ZELKM_ERR_PARAMETER (65).
+ */
 sys::Result<Password> passwordOrStash(const char* password);
 
 /** What a new key database is to be. */
