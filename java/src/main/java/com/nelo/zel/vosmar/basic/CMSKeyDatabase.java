@@ -4,7 +4,6 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.time.Duration;
 import java.util.ArrayList;
-import java.util.Arrays;
 import java.util.List;
 import java.util.Optional;
 
@@ -18,13 +17,11 @@ import java.util.Optional;
  *
  * <p>Passwords are taken as {@code char[]}, which the caller can wipe; the native methods take them as
  * strings, so that each operation leaves a copy in the heap until the garbage collector overwrites it.
- * Strings reach the native library in modified UTF-8: the same bytes as UTF-8, but for characters
- * beyond U+FFFF and U+0000, which are best avoided in file names, labels and passwords.
  *
  * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
  * database is looked at again to learn the reason, so the reason told may be of a moment later.
  */
-public final class CMSKeyDatabase implements AutoCloseable {
+public final class CMSKeyDatabase extends KeyDatabaseFile {
   private static final int OLD_PASSWORD_EXPIRED = 70;
   private static final int READ_FAILED = 12;
   private static final int NEW_PASSWORD_REFUSED = 69;
@@ -35,17 +32,12 @@ public final class CMSKeyDatabase implements AutoCloseable {
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
 
-  private final String file;
-  private final char[] password;
-  private boolean closed;
-
   // Filled by the native method while the labels are listed.
   private final List<String> keyLabels = new ArrayList<>();
   private final List<String> requestLabels = new ArrayList<>();
 
   private CMSKeyDatabase(Path file, char[] password) {
-    this.file = file.toString();
-    this.password = password.clone();
+    super(file, password);
   }
 
   /**
@@ -247,40 +239,305 @@ public final class CMSKeyDatabase implements AutoCloseable {
   }
 
   /**
+   * Reads all entries that share a label.
+   *
+   * @param label the label
+   * @return the entries, one at least
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
+    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), label);
+    if (items == null) {
+      throw noEntry(label, labels().keys());
+    }
+    return List.of(items);
+  }
+
+  /**
+   * Reads all entries of a public key.
+   *
+   * @param subjectPublicKeyInfo the key as a DER SubjectPublicKeyInfo, which is what {@link
+   *     java.security.PublicKey#getEncoded} gives
+   * @return the entries; empty when there are none
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
+      throws CMSKeyDatabaseException {
+    KeyItem[] items =
+        c_GetKeyItemsByPublicKey(
+            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo);
+    if (items == null) {
+      labels();
+      return List.of();
+    }
+    return List.of(items);
+  }
+
+  /**
+   * Adds a certificate without private key.
+   *
+   * @param label its label
+   * @param certificate a DER certificate
+   * @param trusted whether chains may end at it
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   */
+  public void insertCertificate(String label, byte[] certificate, boolean trusted)
+      throws CMSKeyDatabaseException {
+    check(
+        c_InsertKey(
+            file, password(), label, certificate.length, certificate, 0, null, trusted, false),
+            label);
+  }
+
+  /**
+   * Adds a key and its certificate.
+   *
+   * @param label its label
+   * @param certificate a DER certificate
+   * @param privateKey its key: PKCS&nbsp;#8, EncryptedPrivateKeyInfo under the password of this
+   *     database, or a traditional RSA or EC key, in DER; the caller wipes it
+   * @param trusted whether chains may end at the certificate
+   * @param makeDefault whether it becomes the default key
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken, with code 62 when key and
+   *     certificate do not belong together
+   */
+  public void insertKey(
+      String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
+      throws CMSKeyDatabaseException {
+    check(
+        c_InsertKey(
+            file, password(), label, certificate.length, certificate, privateKey.length, privateKey,
+            trusted, makeDefault), label);
+  }
+
+  /**
+   * Adds a pending request and its key.
+   *
+   * @param label its label
+   * @param request a DER request
+   * @param privateKey its key, as for {@link #insertKey}
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken, with code 62 when key and
+   *     request do not belong together
+   */
+  public void insertRequest(String label, byte[] request, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    check(
+        c_InsertReqKey(
+            file, password(), label, request.length, request, privateKey.length, privateKey),
+            label);
+  }
+
+  /**
+   * Deletes a key or certificate for good.
+   *
+   * @param label its label
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public void deleteKey(String label) throws CMSKeyDatabaseException {
+    check(c_DeleteKeyByLabel(file, password(), label, false), label);
+  }
+
+  /**
+   * Deletes a pending request and its key for good.
+   *
+   * @param label its label
+   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   */
+  public void deleteRequest(String label) throws CMSKeyDatabaseException {
+    check(c_DeleteKeyByLabel(file, password(), label, true), label);
+  }
+
+  /**
+   * Makes a key the default key.
+   *
+   * @param label its label
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public void setDefaultKey(String label) throws CMSKeyDatabaseException {
+    check(c_SetDefaultKey(file, password(), label), label);
+  }
+
+  /**
+   * Says whether chains may end at a certificate.
+   *
+   * @param label its label
+   * @param trusted whether they may
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
+    check(c_SetKeyTrust(file, password(), label, trusted), label);
+  }
+
+  /**
    * Makes a key and a self-signed certificate for it.
    *
    * @param certificate what it shall be like
    * @throws CMSKeyDatabaseException with code 23 when the label is taken
    */
   public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
+    int code;
+    if (certificate.isPlain()) {
+      code =
+          c_CreateNewSelfSignedCertificate(
+              file, password(), certificate.version(), certificate.label(),
+              certificate.isDefaultKey(), certificate.keyType().selector(), certificate.subject(),
+              certificate.validityDays(), certificate.fileName(), certificate.isBase64());
+    } else {
+      code =
+          c_CreateNewSelfSignedCertificateSigExt(
+              file, password(), certificate.version(), certificate.label(),
+              certificate.isDefaultKey(), certificate.keyType().selector(), certificate.subject(),
+              certificate.validityDays(), certificate.signatureAlgorithm().selector(),
+              certificate.extensions().length, certificate.extensions(), certificate.fileName(),
+              certificate.isBase64());
+    }
+    check(code, certificate.label());
+  }
+
+  /**
+   * Makes a key and a request for a certificate, which both wait here for {@link #receiveCertificate}.
+   *
+   * @param request what it shall be like
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   */
+  public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
+    int code;
+    if (request.isPlain()) {
+      code =
+          c_CreateNewCertRequest(
+              file, password(), request.label(), request.keyType().selector(), request.subject(),
+              request.fileName(), true);
+    } else {
+      code =
+          c_CreateNewCertRequestSigExt(
+              file, password(), request.label(), request.keyType().selector(), request.subject(),
+              request.signatureAlgorithm().selector(), request.extensions().length,
+              request.extensions(), request.fileName(), true);
+    }
+    check(code, request.label());
+  }
+
+  /**
+   * Issues a certificate for a request, signed by a key of this database.
+   *
+   * @param issue how it shall be issued
+   * @throws CMSKeyDatabaseException with code 117 when no key has the issuer's label, with code 125 when
+   *     the issuer may not issue
+   */
+  public void issueCertificate(CertificateIssue issue) throws CMSKeyDatabaseException {
+    SignatureAlgorithm algorithm = issue.signatureAlgorithm();
+    int code;
+    if (algorithm == null) {
+      code =
+          c_IssueCertificate(
+              file, password(), issue.issuerLabel(), issue.version(), issue.serialNumber(),
+              issue.validityDays(), issue.requestFileName(), issue.certificateFileName(),
+              issue.isBase64());
+    } else {
+      code =
+          c_IssueCertificateSig(
+              file, password(), issue.issuerLabel(), issue.version(), issue.serialNumber(),
+              issue.validityDays(), algorithm.selector(), issue.requestFileName(),
+              issue.certificateFileName(), issue.isBase64());
+    }
+    check(code, issue.issuerLabel());
+  }
+
+  /**
+   * Takes in the certificate for a pending request. The request becomes a key of the same label.
+   *
+   * @param source a file with the certificate, or with a PKCS&nbsp;#7 bundle that has it
+   * @param encoding the form of the file
+   * @param makeDefault whether it becomes the default key
+   * @throws CMSKeyDatabaseException with code 108 when no request belongs to the certificate
+   */
+  public void receiveCertificate(Path source, Encoding encoding, boolean makeDefault)
+      throws CMSKeyDatabaseException {
     check(
-        certificate.isPlain()
-            ? c_CreateNewSelfSignedCertificate(
-                file,
-                password(),
-                certificate.version(),
-                certificate.label(),
-                certificate.isDefaultKey(),
-                certificate.keyType().selector(),
-                certificate.subject(),
-                certificate.validityDays(),
-                certificate.fileName(),
-                certificate.isBase64())
-            : c_CreateNewSelfSignedCertificateSigExt(
-                file,
-                password(),
-                certificate.version(),
-                certificate.label(),
-                certificate.isDefaultKey(),
-                certificate.keyType().selector(),
-                certificate.subject(),
-                certificate.validityDays(),
-                certificate.signatureAlgorithm().selector(),
-                certificate.extensions().length,
-                certificate.extensions(),
-                certificate.fileName(),
-                certificate.isBase64()),
-        certificate.label());
+        c_ReceiveCert(file, password(), source.toString(), encoding.isBase64(), makeDefault),
+        source);
+  }
+
+  /**
+   * Adds the certificate of a certificate authority.
+   *
+   * @param label its label
+   * @param source the file of the certificate
+   * @param encoding the form of the file
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   */
+  public void addCaCertificate(String label, Path source, Encoding encoding)
+      throws CMSKeyDatabaseException {
+    check(c_AddCaCert(file, password(), label, source.toString(), encoding.isBase64()), label);
+  }
+
+  /**
+   * Whether a certificate would renew one of this database: same subject and key, other certificate.
+   *
+   * @param certificate a DER certificate
+   * @return true when {@link #renewCertificate} would take it
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
+    boolean renewal =
+        c_CheckCertAsRenewal(file, password(), certificate.length, certificate);
+    if (!renewal) {
+      labels();
+    }
+    return renewal;
+  }
+
+  /**
+   * Puts a certificate in the place of the one that it renews.
+   *
+   * @param certificate a DER certificate
+   * @throws CMSKeyDatabaseException when it renews none
+   */
+  public void renewCertificate(byte[] certificate) throws CMSKeyDatabaseException {
+    check(c_RenewCert(file, password(), certificate.length, certificate));
+  }
+
+  /**
+   * Whether a certificate is valid now, with a chain of certificates of this database that ends at a
+   * trusted one (RFC&nbsp;5280, section 6).
+   *
+   * @param certificate a DER certificate
+   * @return false whatever is wrong with it
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public boolean isValid(byte[] certificate) throws CMSKeyDatabaseException {
+    boolean valid =
+        c_ValidateCertificateChain(file, password(), certificate, certificate.length);
+    if (!valid) {
+      labels();
+    }
+    return valid;
+  }
+
+  /**
+   * Writes a pending request to a file once more, in Base64.
+   *
+   * @param label its label
+   * @param target the file
+   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   */
+  public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
+    check(c_ExtractCertReq(file, password(), label, target.toString()), label);
+  }
+
+  /**
+   * Writes a pending request to a file once more, signed anew.
+   *
+   * @param label its label
+   * @param algorithm the digest of the signature
+   * @param target the file
+   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   */
+  public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
+      throws CMSKeyDatabaseException {
+    check(
+        c_ExtractCertReqSig(file, password(), label, algorithm.selector(), target.toString()),
+        label);
   }
 
   /**
@@ -318,31 +575,56 @@ public final class CMSKeyDatabase implements AutoCloseable {
     }
     check(
         c_ExportToPFXFile(
-            file,
-            password(),
-            target.toString(),
-            new String(targetPassword),
+            file, password(), target.toString(), new String(targetPassword),
             given.toArray(String[]::new)),
         String.join(", ", labels));
   }
 
-  /** Wipes the password. The database can be used no longer through this object. */
-  @Override
-  public synchronized void close() {
-    Arrays.fill(password, '\0');
-    closed = true;
+  /**
+   * Imports all keys and certificates of a PKCS#12 file (RFC&nbsp;7292).
+   *
+   * @param source the file
+   * @param sourcePassword the password of that file
+   * @throws CMSKeyDatabaseException with code 120 when that password is wrong, with code 119 when the
+   *     file is no PKCS#12 file
+   */
+  public void importPfx(Path source, char[] sourcePassword) throws CMSKeyDatabaseException {
+    check(
+        c_ImportFromPFXFile(file, password(), source.toString(), new String(sourcePassword)),
+        source);
   }
 
-  @Override
-  public String toString() {
-    return "CMSKeyDatabase[" + file + "]";
+  /**
+   * Writes the whole database to a key ring file.
+   *
+   * @param keyRing the file
+   * @param keyRingPassword the password that it gets
+   * @throws CMSKeyDatabaseException when it cannot be written
+   */
+  public void convertToKeyRing(Path keyRing, char[] keyRingPassword)
+      throws CMSKeyDatabaseException {
+    check(
+        c_Kdb2Kyr(file, password(), keyRing.toString(), new String(keyRingPassword)), keyRing);
   }
 
-  private synchronized String password() {
-    if (closed) {
-      throw new IllegalStateException(file + " is closed");
-    }
-    return new String(password);
+  /**
+   * Makes a key database out of a key ring file.
+   *
+   * @param keyRing the file
+   * @param keyRingPassword its password
+   * @param file the key database, which does not exist yet
+   * @param password the password that the key database gets
+   * @return the new database
+   * @throws CMSKeyDatabaseException with code 9 when the key database exists
+   */
+  public static CMSKeyDatabase convertFromKeyRing(
+      Path keyRing, char[] keyRingPassword, Path file, char[] password)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    int code =
+        db.c_Kyr2Kdb(keyRing.toString(), new String(keyRingPassword), db.file, db.password());
+    return db.unless(code);
   }
 
   /** This database when the code is 0; otherwise the password is wiped. */
@@ -352,26 +634,6 @@ public final class CMSKeyDatabase implements AutoCloseable {
     }
     check(code);
     return this;
-  }
-
-  private void check(int code) throws CMSKeyDatabaseException {
-    if (code != 0) {
-      throw failure(code);
-    }
-  }
-
-  private void check(int code, String label) throws CMSKeyDatabaseException {
-    if (code != 0) {
-      throw failure(code, label);
-    }
-  }
-
-  private CMSKeyDatabaseException failure(int code) {
-    return new CMSKeyDatabaseException(code, file);
-  }
-
-  private CMSKeyDatabaseException failure(int code, String label) {
-    return new CMSKeyDatabaseException(code, file + ": " + label);
   }
 
   /** Why a label led to nothing: an entry that is listed and yet not given cannot be read. */
@@ -425,24 +687,12 @@ public final class CMSKeyDatabase implements AutoCloseable {
   // Maintenance.
 
   private native int c_InsertKey(
-      String keyDbFileName,
-      String keyDbPwd,
-      String keyLabel,
-      int certLength,
-      byte[] certData,
-      int keyLength,
-      byte[] keyData,
-      boolean trusted,
-      boolean makeDefault);
+     String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
+     int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
 
   private native int c_InsertReqKey(
-      String keyDbFileName,
-      String keyDbPwd,
-      String keyLabel,
-      int requestLength,
-      byte[] requestData,
-      int keyLength,
-      byte[] keyData);
+     String keyDbFileName, String keyDbPwd, String keyLabel, int requestLength, byte[] requestData,
+     int keyLength, byte[] keyData);
 
   private native int c_DeleteKeyByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
@@ -455,75 +705,29 @@ public final class CMSKeyDatabase implements AutoCloseable {
   // New certificates and requests.
 
   private native int c_CreateNewSelfSignedCertificate(
-      String keyDbFileName,
-      String keyDbPwd,
-      int version,
-      String keyLabel,
-      boolean makeDefault,
-      int keySize,
-      DNItem subject,
-      int validityDays,
-      String certFileName,
-      boolean isBase64);
+     String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
+     int keySize, DNItem subject, int validityDays, String certFileName, boolean isBase64);
 
   private native int c_CreateNewSelfSignedCertificateSigExt(
-      String keyDbFileName,
-      String keyDbPwd,
-      int version,
-      String keyLabel,
-      boolean makeDefault,
-      int keySize,
-      DNItem subject,
-      int validityDays,
-      int sigAlg,
-      int extLength,
-      byte[] extData,
-      String certFileName,
-      boolean isBase64);
+     String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
+     int keySize, DNItem subject, int validityDays, int sigAlg, int extLength, byte[] extData,
+     String certFileName, boolean isBase64);
 
   private native int c_CreateNewCertRequest(
-      String keyDbFileName,
-      String keyDbPwd,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      String certReqFileName,
-      boolean createNew);
+     String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
+     String certReqFileName, boolean createNew);
 
   private native int c_CreateNewCertRequestSigExt(
-      String keyDbFileName,
-      String keyDbPwd,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int sigAlg,
-      int extLength,
-      byte[] extData,
-      String certReqFileName,
-      boolean createNew);
+     String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
+     int sigAlg, int extLength, byte[] extData, String certReqFileName, boolean createNew);
 
   private native int c_IssueCertificate(
-      String keyDbFileName,
-      String keyDbPwd,
-      String issuerKeyLabel,
-      int version,
-      String serialNumber,
-      int validityDays,
-      String certReqFileName,
-      String certFileName,
-      boolean isBase64);
+     String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
+     int validityDays, String certReqFileName, String certFileName, boolean isBase64);
 
   private native int c_IssueCertificateSig(
-      String keyDbFileName,
-      String keyDbPwd,
-      String issuerKeyLabel,
-      int version,
-      String serialNumber,
-      int validityDays,
-      int sigAlg,
-      String certReqFileName,
-      String certFileName,
-      boolean isBase64);
+     String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
+     int validityDays, int sigAlg, String certReqFileName, String certFileName, boolean isBase64);
 
   // Private keys outside a database.
 
@@ -542,25 +746,14 @@ public final class CMSKeyDatabase implements AutoCloseable {
       String keyDbFileName, String keyDbPwd, String pfxFileName, String pfxPwd);
 
   private native int c_ReceiveCert(
-      String keyDbFileName,
-      String keyDbPwd,
-      String certFileName,
-      boolean isBase64,
-      boolean makeDefault);
+     String keyDbFileName, String keyDbPwd, String certFileName, boolean isBase64,
+     boolean makeDefault);
 
   private native int c_AddCaCert(
-      String keyDbFileName,
-      String keyDbPwd,
-      String keyLabel,
-      String certFileName,
-      boolean isBase64);
+     String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
 
   private native int c_ExtractCert(
-      String keyDbFileName,
-      String keyDbPwd,
-      String keyLabel,
-      String certFileName,
-      boolean isBase64);
+     String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
 
   private native int c_ExtractCertReq(
       String keyDbFileName, String keyDbPwd, String keyLabel, String certReqFileName);

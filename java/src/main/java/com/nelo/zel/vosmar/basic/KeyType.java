@@ -14,15 +14,13 @@ public record KeyType(KeyAlgorithm algorithm, int bits) {
 
   /** Rejects sizes that no key of the algorithm has. */
   public KeyType {
-    boolean possible =
-        switch (algorithm) {
-          case RSA -> bits >= 2048 && bits <= 16384;
-          case EC -> bits == 256 || bits == 384 || bits == 521;
-          case ED25519 -> bits == 256;
-          case UNKNOWN -> false;
-        };
-    if (!possible) {
-      throw new IllegalArgumentException("there are no " + algorithm + " keys of " + bits + " bits");
+    switch (algorithm) {
+      case RSA -> require(bits >= 2048 && bits <= 16384, "RSA keys have 2048 to 16384 bits", bits);
+      case EC ->
+          require(
+              bits == 256 || bits == 384 || bits == 521, "EC keys have 256, 384 or 521 bits", bits);
+      case ED25519 -> require(bits == 256, "Ed25519 keys have 256 bits", bits);
+      case UNKNOWN -> throw new IllegalArgumentException("keys of an unknown kind cannot be made");
     }
   }
 
@@ -79,6 +77,12 @@ public record KeyType(KeyAlgorithm algorithm, int bits) {
       }
     }
     throw new IllegalArgumentException(text + " is none of rsa:BITS, ec:BITS and ed25519");
+  }
+
+  private static void require(boolean possible, String rule, int bits) {
+    if (!possible) {
+      throw new IllegalArgumentException(rule + ", not " + bits);
+    }
   }
 
   /** The number by which the native library knows algorithm and size together. */

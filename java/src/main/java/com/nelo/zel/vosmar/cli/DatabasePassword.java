@@ -6,24 +6,26 @@ import picocli.CommandLine.Option;
 
 /** The password of the key database. */
 final class DatabasePassword extends PasswordOptions {
+  private static final String OPTION = "--password";
+
   @ArgGroup private Source source = new Source();
 
   private static final class Source {
     @Option(
-        names = "--password-env",
+        names = OPTION + "-env",
         paramLabel = "VARIABLE",
         description = "Take the database password from this environment variable.")
     private String variable;
 
     @Option(
-        names = "--password-file",
+        names = OPTION + "-file",
         paramLabel = "FILE",
         description = "Take the database password from the first line of this file; - is standard input.")
     private Path path;
   }
 
   DatabasePassword(Secrets secrets) {
-    super(secrets, "database password");
+    super(secrets, "database password", OPTION);
   }
 
   @Override

@@ -6,24 +6,26 @@ import picocli.CommandLine.Option;
 
 /** The password that the key database gets. */
 final class NewPassword extends PasswordOptions {
+  private static final String OPTION = "--new-password";
+
   @ArgGroup private Source source = new Source();
 
   private static final class Source {
     @Option(
-        names = "--new-password-env",
+        names = OPTION + "-env",
         paramLabel = "VARIABLE",
         description = "Take the new database password from this environment variable.")
     private String variable;
 
     @Option(
-        names = "--new-password-file",
+        names = OPTION + "-file",
         paramLabel = "FILE",
         description = "Take the new database password from the first line of this file; - is standard input.")
     private Path path;
   }
 
   NewPassword(Secrets secrets) {
-    super(secrets, "new database password");
+    super(secrets, "new database password", OPTION);
   }
 
   @Override

@@ -6,10 +6,13 @@ import java.nio.file.Path;
 abstract class PasswordOptions {
   private final Secrets secrets;
   private final String what;
+  private final String option;
 
-  PasswordOptions(Secrets secrets, String what) {
+  /** The options are the given one with -env and -file at its end. */
+  PasswordOptions(Secrets secrets, String what, String option) {
     this.secrets = secrets;
     this.what = what;
+    this.option = option;
   }
 
   /** The value of the option that names an environment variable, or null. */
@@ -38,6 +41,12 @@ abstract class PasswordOptions {
     }
     if (file() != null) {
       return secrets.fromFile(file());
+    }
+    if (!secrets.hasTerminal()) {
+      throw new SecretException(
+          String.format(
+              "there is no terminal to ask for the %s: use %s-env or %s-file",
+              what, option, option));
     }
     return secrets.fromTerminal(what, confirm);
   }

@@ -6,24 +6,26 @@ import picocli.CommandLine.Option;
 
 /** The password of a PFX file. */
 final class PfxPassword extends PasswordOptions {
+  private static final String OPTION = "--pfx-password";
+
   @ArgGroup private Source source = new Source();
 
   private static final class Source {
     @Option(
-        names = "--pfx-password-env",
+        names = OPTION + "-env",
         paramLabel = "VARIABLE",
         description = "Take the PFX password from this environment variable.")
     private String variable;
 
     @Option(
-        names = "--pfx-password-file",
+        names = OPTION + "-file",
         paramLabel = "FILE",
         description = "Take the PFX password from the first line of this file; - is standard input.")
     private Path path;
   }
 
   PfxPassword(Secrets secrets) {
-    super(secrets, "PFX password");
+    super(secrets, "PFX password", OPTION);
   }
 
   @Override

@@ -56,6 +56,10 @@ final class Secrets {
     }
   }
 
+  boolean hasTerminal() {
+    return terminal != null;
+  }
+
   char[] fromTerminal(String what, boolean confirm) {
     char[] answer = ask(what);
     if (confirm) {
@@ -71,9 +75,6 @@ final class Secrets {
   }
 
   private char[] ask(String what) {
-    if (terminal == null) {
-      throw new SecretException("there is no terminal to ask for the " + what);
-    }
     char[] answer = terminal.ask("%s: ", Character.toUpperCase(what.charAt(0)) + what.substring(1));
     if (answer == null || answer.length == 0) {
       throw new SecretException("the " + what + " is empty");
