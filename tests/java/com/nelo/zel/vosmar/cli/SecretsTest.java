@@ -1,7 +1,6 @@
 package com.nelo.zel.vosmar.cli;
 
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
-import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
 
 import java.nio.file.Files;
@@ -40,15 +39,6 @@ class SecretsTest {
 
     assertThrows(SecretException.class, () -> noTerminal.fromFile(empty));
     assertThrows(SecretException.class, () -> noTerminal.fromFile(folder.resolve("missing")));
-  }
-
-  @Test
-  void withoutATerminalNothingIsAsked() {
-    SecretException error =
-        assertThrows(
-            SecretException.class, () -> noTerminal.fromTerminal("database password", false));
-
-    assertEquals("there is no terminal to ask for the database password", error.getMessage());
   }
 
   @Test

@@ -1,0 +1,98 @@
+package com.nelo.zel.vosmar.basic;
+
+import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.nio.file.attribute.PosixFilePermissions;
+import java.time.Duration;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** Changing, stashing and outliving the password of a key database. */
+class KeyDatabasePasswordTest {
+  private static final String NEW_PASSWORD = "another horse 2!";
+
+  @TempDir Path folder;
+  private Path file;
+
+  @BeforeEach
+  void createDatabase() throws CMSKeyDatabaseException {
+    file = TestDatabase.file(folder);
+    TestDatabase.create(folder).close();
+  }
+
+  @Test
+  void aChangedPasswordOpensAndTheOldOneDoesNot() throws Exception {
+    change(TestDatabase.password(), NEW_PASSWORD);
+
+    CMSKeyDatabase.open(file, NEW_PASSWORD.toCharArray()).close();
+    assertFails(16, () -> CMSKeyDatabase.open(file, TestDatabase.password()));
+  }
+
+  @Test
+  void aWrongOldPasswordIsCode16() {
+    assertFails(16, () -> change("wrong horse 1!".toCharArray(), NEW_PASSWORD));
+  }
+
+  @Test
+  void aNewPasswordThatIsTooShortIsCode69() {
+    assertFails(69, () -> change(TestDatabase.password(), "1!abc"));
+  }
+
+  @Test
+  void aStashedPasswordOpensTheDatabase() throws Exception {
+    assertTrue(CMSKeyDatabase.isPasswordRequired(file));
+
+    stash();
+
+    assertFalse(CMSKeyDatabase.isPasswordRequired(file));
+    CMSKeyDatabase.openWithStash(file).close();
+  }
+
+  @Test
+  void theStashFileIsItsOwnersAloneAndBesideTheDatabase() throws Exception {
+    stash();
+
+    assertEquals(
+        PosixFilePermissions.fromString("rw-------"),
+        Files.getPosixFilePermissions(folder.resolve("test.sth")));
+  }
+
+  @Test
+  void withoutAStashFileOneIsMissing() {
+    assertFails(103, () -> CMSKeyDatabase.openWithStash(file));
+  }
+
+  @Test
+  void aMissingDatabaseIsNotOneWithoutPassword() {
+    assertFails(101, () -> CMSKeyDatabase.isPasswordRequired(folder.resolve("other.kdb")));
+  }
+
+  @Test
+  void aPasswordPastItsLifetimeIsCode70AndCanStillBeChanged() throws Exception {
+    Path shortLived = folder.resolve("short.kdb");
+    CMSKeyDatabase.create(shortLived, TestDatabase.password(), Duration.ofSeconds(1)).close();
+    Thread.sleep(2100);
+    assertFails(70, () -> CMSKeyDatabase.open(shortLived, TestDatabase.password()));
+
+    CMSKeyDatabase.changePassword(
+        shortLived, TestDatabase.password(), NEW_PASSWORD.toCharArray(), Duration.ZERO);
+
+    CMSKeyDatabase.open(shortLived, NEW_PASSWORD.toCharArray()).close();
+  }
+
+  private void change(char[] oldPassword, String newPassword) throws CMSKeyDatabaseException {
+    CMSKeyDatabase.changePassword(file, oldPassword, newPassword.toCharArray(), Duration.ZERO);
+  }
+
+  private void stash() throws CMSKeyDatabaseException {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, TestDatabase.password())) {
+      db.stashPassword();
+    }
+  }
+}

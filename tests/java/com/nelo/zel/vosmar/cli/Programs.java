@@ -1,0 +1,37 @@
+package com.nelo.zel.vosmar.cli;
+
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.Map;
+import java.util.stream.Stream;
+
+/** Other programs, as judges of what was made. */
+final class Programs {
+  private Programs() {}
+
+  /** A program of the JDK that runs the tests. */
+  static String jdk(String name) {
+    return Path.of(System.getProperty("java.home"), "bin", name).toString();
+  }
+
+  /** Standard output and error of a program that has to succeed. */
+  static String run(Object... command) throws IOException, InterruptedException {
+    return run(Map.of(), command);
+  }
+
+  static String run(Map<String, String> environment, Object... command)
+      throws IOException, InterruptedException {
+    ProcessBuilder builder =
+        new ProcessBuilder(Stream.of(command).map(Object::toString).toList())
+            .redirectErrorStream(true);
+    builder.environment().putAll(environment);
+    Process process = builder.start();
+    process.getOutputStream().close();
+    String output = new String(process.getInputStream().readAllBytes());
+    int exitCode = process.waitFor();
+    if (exitCode != 0) {
+      throw new AssertionError(command[0] + " ended with " + exitCode + ": " + output);
+    }
+    return output;
+  }
+}
