@@ -2,6 +2,7 @@
 
 #include <ctime>
 
+#include "engine/cms/algorithm_names.h"
 #include "engine/cms/der.h"
 #include "engine/cms/openssl_ptr.h"
 
@@ -26,12 +27,6 @@ sys::Result<std::int64_t> secondsSinceEpoch(const ASN1_TIME* time) {
 sys::Bytes bytesOf(const ASN1_STRING* string) {
   const unsigned char* data = ASN1_STRING_get0_data(string);
   return {data, data + ASN1_STRING_length(string)};
-}
-
-std::string dotted(const ASN1_OBJECT* identifier) {
-  char text[128];
-  OBJ_obj2txt(text, sizeof text, identifier, 1);
-  return text;
 }
 
 sys::Status readNames(const X509& certificate, CertificateFields& fields) {
@@ -73,9 +68,8 @@ void readSignature(const X509& certificate, CertificateFields& fields) {
 
   fields.signature = bytesOf(signature);
   fields.signatureAlgorithm = encodeDer(i2d_X509_ALGOR, algorithm);
-  fields.signatureOid = dotted(identifier);
-  const int nid = OBJ_obj2nid(identifier);
-  fields.signatureName = nid == NID_undef ? fields.signatureOid : OBJ_nid2ln(nid);
+  fields.signatureOid = dottedDecimal(identifier);
+  fields.signatureName = usualName(identifier);
 }
 
 }  // namespace

@@ -9,19 +9,37 @@ namespace zel::cms {
 
 namespace {
 
-/** The content of the sequence that the bytes begin with; empty when they begin with none. */
-sys::ByteView sequenceContent(sys::ByteView der) {
+/** One element off the front of the bytes. */
+struct Element {
+  int tag = 0;
+  bool isConstructed = false;
+  sys::ByteView whole;
+  sys::ByteView content;
+};
+
+/** An empty whole when the bytes do not begin with an element of definite length. */
+Element firstElement(sys::ByteView der) {
   const unsigned char* at = der.data();
   long length = 0;
-  int tag = 0;
+  Element element;
   int tagClass = 0;
-  const int flags = ASN1_get_object(&at, &length, &tag, &tagClass, static_cast<long>(der.size()));
-  static constexpr int kDefiniteConstructed = V_ASN1_CONSTRUCTED;
-  if (flags != kDefiniteConstructed || tag != V_ASN1_SEQUENCE || tagClass != V_ASN1_UNIVERSAL) {
+  const int flags =
+      ASN1_get_object(&at, &length, &element.tag, &tagClass, static_cast<long>(der.size()));
+  constexpr int kMalformed = 0x80;
+  constexpr int kIndefinite = 0x01;
+  if ((flags & (kMalformed | kIndefinite)) != 0) {
     ERR_clear_error();
     return {};
   }
-  return {at, static_cast<std::size_t>(length)};
+  element.isConstructed = (flags & V_ASN1_CONSTRUCTED) != 0;
+  if (tagClass != V_ASN1_UNIVERSAL) element.tag = -1;
+  element.content = {at, static_cast<std::size_t>(length)};
+  element.whole = {der.data(), at + length};
+  return element;
+}
+
+bool isSequence(const Element& element) {
+  return element.isConstructed && element.tag == V_ASN1_SEQUENCE && !element.whole.empty();
 }
 
 void append(sys::Bytes& to, sys::ByteView bytes) {
@@ -41,11 +59,25 @@ sys::Bytes element(int tag, bool isConstructed, sys::ByteView content) {
 
 }  // namespace
 
+std::vector<sys::ByteView> elementsOf(sys::ByteView sequence) {
+  const Element outer = firstElement(sequence);
+  if (!isSequence(outer)) return {};
+  std::vector<sys::ByteView> elements;
+  for (sys::ByteView rest = outer.content; !rest.empty();) {
+    const Element element = firstElement(rest);
+    if (element.whole.empty()) return {};
+    elements.push_back(element.whole);
+    rest = rest.subspan(element.whole.size());
+  }
+  return elements;
+}
+
 sys::Result<sys::Bytes> toBeSigned(sys::ByteView der) {
-  const sys::ByteView outer = sequenceContent(der);
-  const sys::ByteView inner = sequenceContent(outer);
-  if (inner.empty()) return sys::fail(ZELKM_ERR_ASN, "no signed structure");
-  return sys::Bytes(outer.data(), inner.data() + inner.size());
+  const std::vector<sys::ByteView> elements = elementsOf(der);
+  if (elements.empty() || !isSequence(firstElement(elements.front()))) {
+    return sys::fail(ZELKM_ERR_ASN, "no signed structure");
+  }
+  return sys::Bytes(elements.front().begin(), elements.front().end());
 }
 
 sys::Bytes assembleSigned(sys::ByteView toBeSigned, sys::ByteView algorithm,

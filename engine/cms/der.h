@@ -1,6 +1,8 @@
 #ifndef ZEL_CMS_DER_H_
 #define ZEL_CMS_DER_H_
 
+#include <vector>
+
 #include "engine/cms/api.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
@@ -12,6 +14,10 @@
  */
 
 namespace zel::cms {
+
+/** elementsOf answers the elements of a sequence, header included; none when there is no sequence.
+ */
+std::vector<sys::ByteView> elementsOf(sys::ByteView sequence);
 
 /** toBeSigned answers the first element of a SIGNED, byte for byte. ZELKM_ERR_ASN when there is
  * none. */

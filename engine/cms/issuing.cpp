@@ -1,9 +1,9 @@
 #include "engine/cms/issuing.h"
 
 #include <ctime>
-#include <limits>
 
 #include "engine/cms/der.h"
+#include "engine/cms/extensions.h"
 #include "engine/cms/openssl_ptr.h"
 #include "engine/sys/trace.h"
 
@@ -14,22 +14,6 @@ namespace {
 constexpr int kSerialNumberBits = 127;
 constexpr std::int64_t kSecondsPerDay = 24 * 60 * 60;
 constexpr std::int64_t kEndOfYear9999 = 253'402'300'799;
-
-sys::Result<ExtensionsPtr> readExtensions(const sys::Bytes& der) {
-  ExtensionsPtr extensions;
-  if (der.empty()) return extensions;
-  extensions = decodeDer<ExtensionsPtr>(d2i_X509_EXTENSIONS, der);
-  if (!extensions) return cryptoFailure(ZELKM_ERR_ASN, "read extensions");
-
-  for (int i = 0; i < sk_X509_EXTENSION_num(extensions.get()); ++i) {
-    const ASN1_OBJECT* kind =
-        X509_EXTENSION_get_object(sk_X509_EXTENSION_value(extensions.get(), i));
-    if (X509v3_get_ext_by_OBJ(extensions.get(), kind, i) >= 0) {
-      return sys::fail(ZELKM_ERR_VALIDATION_DUPLICATE_EXTENSIONS, "an extension stands twice");
-    }
-  }
-  return extensions;
-}
 
 sys::Status setSerialNumber(X509& certificate, const sys::Bytes& number) {
   const BigNumberPtr value(BN_new());
@@ -50,13 +34,7 @@ sys::Status setSerialNumber(X509& certificate, const sys::Bytes& number) {
 }
 
 sys::Status setValidity(X509& certificate, int days) {
-  if (days < 1) {
-    return sys::fail(ZELKM_ERR_VALIDATION_KEY_VALIDITY_PERIOD, "a validity of %d days", days);
-  }
   const std::time_t now = std::time(nullptr);
-  if (now + days * kSecondsPerDay > kEndOfYear9999) {
-    return sys::fail(ZELKM_ERR_EXPIRE_DAYS_TOO_LARGE, "%d days end after the year 9999", days);
-  }
   if (ASN1_TIME_adj(X509_getm_notBefore(&certificate), now, 0, 0) == nullptr ||
       ASN1_TIME_adj(X509_getm_notAfter(&certificate), now, days, 0) == nullptr) {
     return cryptoFailure(ZELKM_ERR_GET_TIME, "set the validity");
@@ -84,12 +62,7 @@ sys::Status setNamesAndKey(X509& certificate, const CertificatePlan& plan) {
 sys::Status setExtensions(X509& certificate, const CertificatePlan& plan) {
   const sys::Result<ExtensionsPtr> extensions = readExtensions(plan.extensions);
   if (!extensions) return extensions.failure();
-  const int count = sk_X509_EXTENSION_num(extensions.value().get());
-  if (count > 0 && plan.version != 3) {
-    return sys::fail(ZELKM_ERR_VALIDATION_KEY_WRONG_VERSION,
-                     "a certificate of version %d has no extensions", plan.version);
-  }
-  for (int i = 0; i < count; ++i) {
+  for (int i = 0; i < sk_X509_EXTENSION_num(extensions.value().get()); ++i) {
     if (X509_add_ext(&certificate, sk_X509_EXTENSION_value(extensions.value().get(), i), -1) != 1) {
       return cryptoFailure(ZELKM_ERR_MEMORY_ALLOCATE, "add an extension");
     }
@@ -117,11 +90,28 @@ bool addExtension(X509& certificate, X509V3_CTX& context, int nid, const char* v
 
 }  // namespace
 
-sys::Result<sys::Bytes> issueCertificate(const CertificatePlan& plan, const KeyTraits& signingKey,
-                                         int signatureSelector, const Signer& signer) {
+sys::Status checkPlan(const CertificatePlan& plan) {
   if (plan.version < 1 || plan.version > 3) {
     return sys::fail(ZELKM_ERR_VALIDATION_KEY_WRONG_VERSION, "no X.509 version %d", plan.version);
   }
+  if (plan.days < 1) {
+    return sys::fail(ZELKM_ERR_VALIDATION_KEY_VALIDITY_PERIOD, "a validity of %d days", plan.days);
+  }
+  if (std::time(nullptr) + plan.days * kSecondsPerDay > kEndOfYear9999) {
+    return sys::fail(ZELKM_ERR_EXPIRE_DAYS_TOO_LARGE, "%d days end after the year 9999", plan.days);
+  }
+  if (!plan.extensions.empty() && plan.version != 3) {
+    return sys::fail(ZELKM_ERR_VALIDATION_KEY_WRONG_VERSION,
+                     "a certificate of version %d has no extensions", plan.version);
+  }
+  const sys::Result<ExtensionsPtr> extensions = readExtensions(plan.extensions);
+  return extensions ? sys::success() : extensions.failure();
+}
+
+sys::Result<sys::Bytes> issueCertificate(const CertificatePlan& plan, const KeyTraits& signingKey,
+                                         int signatureSelector, const Signer& signer) {
+  sys::Status status = checkPlan(plan);
+  if (!status) return status.failure();
   const sys::Result<SigningDigest> digest = chooseDigest(signingKey, signatureSelector);
   if (!digest) return digest.failure();
   const sys::Result<sys::Bytes> algorithm =
@@ -132,7 +122,7 @@ sys::Result<sys::Bytes> issueCertificate(const CertificatePlan& plan, const KeyT
   if (!certificate || X509_set_version(certificate.get(), plan.version - 1) != 1) {
     return cryptoFailure(ZELKM_ERR_MEMORY_ALLOCATE, "make a certificate");
   }
-  sys::Status status = setSerialNumber(*certificate, plan.serialNumber);
+  status = setSerialNumber(*certificate, plan.serialNumber);
   if (status) status = setValidity(*certificate, plan.days);
   if (status) status = setNamesAndKey(*certificate, plan);
   if (status) status = setExtensions(*certificate, plan);

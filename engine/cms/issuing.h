@@ -31,6 +31,12 @@ struct CertificatePlan {
 };
 
 /**
+ * checkPlan finds out what cannot be issued before a key is made for it, which takes long. Its
+ * codes are those of issueCertificate that depend on version, days and extensions.
+ */
+ZEL_CMS_API sys::Status checkPlan(const CertificatePlan& plan);
+
+/**
  * issueCertificate builds and signs a certificate; DER. A random serial number has 127 bits.
  *
  *  - ZELKM_ERR_VALIDATION_KEY_WRONG_VERSION: the version is not 1 to 3, or below 3 with extensions.

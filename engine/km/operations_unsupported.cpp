@@ -14,19 +14,7 @@ int ZELKM_Kdb2Kyr(const char*, const char*, const char*, const char*) { return k
 
 int ZELKM_GetCryptoTokenLabelList(const char*, ZELKMLabelList**) { return kNotBuilt; }
 
-int ZELKM_GetKeyItemByLabel(int, const char*, ZELKMKeyItem**) { return kNotBuilt; }
-
-int ZELKM_GetKeyItemListByLabel(int, const char*, ZELKMKeyItemList**) { return kNotBuilt; }
-
-int ZELKM_GetKeyItemsByPublicKey(int, uint32_t, const unsigned char*, ZELKMKeyItemList**) {
-  return kNotBuilt;
-}
-
-int ZELKM_GetDefaultKeyItem(int, ZELKMKeyItem**) { return kNotBuilt; }
-
 int ZELKM_GetReqKeyItemByLabel(int, const char*, ZELKMReqKeyItem**) { return kNotBuilt; }
-
-int ZELKM_IsPrivateKeyPresent(int, const char*, unsigned char*) { return kNotBuilt; }
 
 int ZELKM_InsertKey(int, const char*, uint32_t, const unsigned char*, uint32_t,
                     const unsigned char*, unsigned char, unsigned char) {
@@ -45,17 +33,6 @@ int ZELKM_DeleteRequestKeyPair(int, const char*) { return kNotBuilt; }
 int ZELKM_SetDefaultKeyByLabel(int, const char*) { return kNotBuilt; }
 
 int ZELKM_SetTrustStatus(int, const char*, unsigned char) { return kNotBuilt; }
-
-int ZELKM_CreateSelfSignedCert(int, const char*, unsigned char, int, int, const ZELKMDNItem*, int,
-                               const char*, unsigned char) {
-  return kNotBuilt;
-}
-
-int ZELKM_CreateSelfSignedCertSigExt(int, const char*, unsigned char, int, int, const ZELKMDNItem*,
-                                     int, int, const unsigned char*, uint32_t, const char*,
-                                     unsigned char) {
-  return kNotBuilt;
-}
 
 int ZELKM_CreateNewCertReq(int, const char*, int, const ZELKMDNItem*, const char*, int64_t,
                            int64_t) {
@@ -87,8 +64,6 @@ int ZELKM_ReceiveCert(int, const unsigned char*, uint32_t, unsigned char) { retu
 
 int ZELKM_StoreCACert(int, const unsigned char*, uint32_t, const char*) { return kNotBuilt; }
 
-int ZELKM_ExportCert(int, const char*, const char*, unsigned char) { return kNotBuilt; }
-
 int ZELKM_RenewCert(int, const unsigned char*, uint32_t) { return kNotBuilt; }
 
 int ZELKM_CheckCertAsRenewal(int, const unsigned char*, uint32_t, unsigned char*) {
@@ -96,10 +71,6 @@ int ZELKM_CheckCertAsRenewal(int, const unsigned char*, uint32_t, unsigned char*
 }
 
 int ZELKM_ValidateCertChain(int, const unsigned char*, uint32_t, unsigned char*) {
-  return kNotBuilt;
-}
-
-int ZELKM_GetUnsignedCertFromCert(const unsigned char*, uint32_t, unsigned char**, uint32_t*) {
   return kNotBuilt;
 }
 
@@ -119,7 +90,3 @@ int ZELKM_GetPrivKeyInfoItemFromEPKIItem(const ZELKMEPKIItem*, const char*,
 }
 
 int ZELKM_ImportKeysFromPFXFile(int, const char*, const char*) { return kNotBuilt; }
-
-int ZELKM_ExportKeys(int, int, const char*, const char*, const ZELKMLabelList*) {
-  return kNotBuilt;
-}
