@@ -1,0 +1,81 @@
+#ifndef ZEL_TESTS_ENGINE_OPERATIONS_DATABASE_H_
+#define ZEL_TESTS_ENGINE_OPERATIONS_DATABASE_H_
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "bridge/kmlib/zelkm.h"
+#include "engine/sys/bytes.h"
+#include "tests/engine/cms/tools.h"
+
+/**
+ * @file
+ * A new key database for a test, through the C interface alone, and owners of what it hands out.
+ */
+
+namespace zel::km {
+
+template <auto release>
+struct Release {
+  template <typename T>
+  void operator()(T* record) const {
+    release(record);
+  }
+};
+using KeyItem = std::unique_ptr<ZELKMKeyItem, Release<ZELKM_FreeKeyItem>>;
+using KeyItemList = std::unique_ptr<ZELKMKeyItemList, Release<ZELKM_FreeKeyItemList>>;
+using Name = std::unique_ptr<ZELKMDNItem, Release<ZELKM_FreeDNItem>>;
+
+inline sys::ByteView viewOf(const unsigned char* bytes, std::uint32_t length) {
+  return {bytes, length};
+}
+inline sys::Bytes bytesOf(const unsigned char* bytes, std::uint32_t length) {
+  return {bytes, bytes + length};
+}
+
+/** A name as the bridge makes it; an empty text stays null. */
+Name name(const char* commonName, const char* organization = "", const char* country = "");
+
+/** A list of labels as the bridge makes it. */
+class Labels {
+ public:
+  Labels(std::initializer_list<const char*> labels);
+  ~Labels() { ZELKM_FreeLabelList(head_); }
+  Labels(const Labels&) = delete;
+  Labels& operator=(const Labels&) = delete;
+
+  const ZELKMLabelList* head() const { return head_; }
+
+ private:
+  ZELKMLabelList* head_ = nullptr;
+};
+
+/** A test on a key database of its own, open. */
+class DatabaseTest : public testing::Test {
+ protected:
+  static constexpr char kPassword[] = "Pässword 1!";
+
+  DatabaseTest();
+  ~DatabaseTest() override;
+
+  int handle() const { return handle_; }
+  std::string path(const char* fileName) const { return folder_.path(fileName); }
+  cms::TemporaryFolder& folder() { return folder_; }
+
+  /** Makes a self-signed EC certificate; answers the code. */
+  int selfSign(const char* label, bool makeDefault = false, int keySize = 256);
+  KeyItem item(const char* label);
+  int codeOfItem(const char* label);
+  std::vector<std::string> keyLabels();
+
+ private:
+  cms::TemporaryFolder folder_;
+  int handle_ = 0;
+};
+
+}  // namespace zel::km
+
+#endif  // ZEL_TESTS_ENGINE_OPERATIONS_DATABASE_H_
