@@ -112,9 +112,9 @@ void* __wrap_realloc(void* block, size_t size) {
 }
 
 void __wrap_free(void* block) {
-  if (!bridgeIsRunning()) return __real_free(block);
+  // To free nothing is to do nothing, so it is no event.
+  if (!bridgeIsRunning() || block == nullptr) return __real_free(block);
   const HostCode host;
-  if (block == nullptr) return recorder().event("free(null)");
   if (recordFree(block)) __real_free(block);
 }
 
