@@ -77,6 +77,7 @@ TEST_F(TraceTest, KeepsTheLinesOfManyThreadsWhole) {
   constexpr int kLinesEach = 500;
   openDebugLog(log_.c_str());
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int thread = 0; thread < kThreads; ++thread) {
     threads.emplace_back([thread] {
       for (int line = 0; line < kLinesEach; ++line) {
