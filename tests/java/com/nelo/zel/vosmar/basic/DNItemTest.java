@@ -39,7 +39,7 @@ class DNItemTest {
   void acceptsAnyOrderAndCaseAndTheOtherNamesOfAttributes() {
     DNItem name = DNItem.parse("c=DE, s=Bayern, pc=80331, 2.5.4.3=host");
 
-    assertEquals("CN=host,ST=Bayern,postalCode=80331,C=DE", name.toString());
+    assertEquals("CN=host,postalCode=80331,ST=Bayern,C=DE", name.toString());
   }
 
   @Test

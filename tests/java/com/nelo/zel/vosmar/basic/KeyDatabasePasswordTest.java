@@ -9,6 +9,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.attribute.PosixFilePermissions;
 import java.time.Duration;
+import java.util.List;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
@@ -32,6 +33,20 @@ class KeyDatabasePasswordTest {
 
     CMSKeyDatabase.open(file, NEW_PASSWORD.toCharArray()).close();
     assertFails(16, () -> CMSKeyDatabase.open(file, TestDatabase.password()));
+  }
+
+  @Test
+  void entriesOutliveAChangeOfThePassword() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, TestDatabase.password())) {
+      db.createSelfSigned(TestDatabase.certificate("server"));
+    }
+
+    change(TestDatabase.password(), NEW_PASSWORD);
+
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, NEW_PASSWORD.toCharArray())) {
+      assertEquals(List.of("server"), db.labels().keys());
+      assertTrue(db.key("server").hasPrivateKey());
+    }
   }
 
   @Test

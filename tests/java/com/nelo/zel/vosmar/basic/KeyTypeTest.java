@@ -14,7 +14,7 @@ class KeyTypeTest {
     "RSA:16384, RSA, 16384, 16384",
     "ec:256, EC, 256, 256",
     "EC:521, EC, 521, 521",
-    "Ed25519, ED25519, 256, 25519"
+    "Ed25519, ED25519, 255, 25519"
   })
   void readsAlgorithmAndSize(String text, KeyAlgorithm algorithm, int bits, int selector) {
     KeyType type = KeyType.parse(text);

@@ -181,7 +181,10 @@ public final class DNItem {
     return der.clone();
   }
 
-  /** The name in the text form of RFC&nbsp;4514, with all its attributes. */
+  /**
+   * The name in the text form of RFC&nbsp;4514, with all its attributes; those of a name made in Java
+   * in the order in which the native library encodes them.
+   */
   @Override
   public String toString() {
     if (der.length > 0) {
@@ -191,9 +194,9 @@ public final class DNItem {
     addPart(parts, "CN", cn);
     addPart(parts, "OU", ou);
     addPart(parts, "O", o);
+    addPart(parts, "postalCode", pc);
     addPart(parts, "L", l);
     addPart(parts, "ST", s);
-    addPart(parts, "postalCode", pc);
     addPart(parts, "C", c);
     return String.join(",", parts);
   }

@@ -6,9 +6,11 @@ import java.util.Locale;
  * Algorithm and size of a key to be made.
  *
  * @param algorithm RSA, EC or Ed25519
- * @param bits the size; for EC that of the NIST curve, for Ed25519 always 256
+ * @param bits the size; for EC that of the NIST curve, for Ed25519 always 255
  */
 public record KeyType(KeyAlgorithm algorithm, int bits) {
+  private static final int ED25519_BITS = 255;
+
   /** The native library knows Ed25519 by this size, which no other key has. */
   private static final int ED25519_SELECTOR = 25519;
 
@@ -19,7 +21,7 @@ public record KeyType(KeyAlgorithm algorithm, int bits) {
       case EC ->
           require(
               bits == 256 || bits == 384 || bits == 521, "EC keys have 256, 384 or 521 bits", bits);
-      case ED25519 -> require(bits == 256, "Ed25519 keys have 256 bits", bits);
+      case ED25519 -> require(bits == ED25519_BITS, "Ed25519 keys have 255 bits", bits);
       case UNKNOWN -> throw new IllegalArgumentException("keys of an unknown kind cannot be made");
     }
   }
@@ -50,7 +52,7 @@ public record KeyType(KeyAlgorithm algorithm, int bits) {
    * @return its type
    */
   public static KeyType ed25519() {
-    return new KeyType(KeyAlgorithm.ED25519, 256);
+    return new KeyType(KeyAlgorithm.ED25519, ED25519_BITS);
   }
 
   /**
