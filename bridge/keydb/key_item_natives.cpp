@@ -43,10 +43,7 @@ jobjectArray Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetKeyItemListByLa
     ZELKMKeyItemList* list = nullptr;
     const int rc = ZELKM_GetKeyItemListByLabel(handle, label, &list);
     traceMessage("JNI_DEBUG......ZELKM_GetKeyItemListByLabel gets %s\n", nullOrNot(list));
-    if (list != nullptr && rc == ZELKM_OK) {
-      keyItems = newJavaKeyItemArray(env, kBasicItems, list);
-      ZELKM_FreeKeyItemList(list);
-    }
+    keyItems = handOverKeyItems(env, kBasicItems, list, rc);
     return rc;
   });
   held.releaseAll();
@@ -74,10 +71,7 @@ jobjectArray Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetKeyItemsByPubli
     const int rc = ZELKM_GetKeyItemsByPublicKey(handle, static_cast<uint32_t>(publicKeyLength),
                                                 keyBytes, &list);
     traceMessage("JNI_DEBUG......ZELKM_GetKeyItemsByPublicKey gets %s\n", nullOrNot(list));
-    if (list != nullptr && rc == ZELKM_OK) {
-      keyItems = newJavaKeyItemArray(env, kBasicItems, list);
-      ZELKM_FreeKeyItemList(list);
-    }
+    keyItems = handOverKeyItems(env, kBasicItems, list, rc);
     return rc;
   });
   held.releaseAll();

@@ -64,4 +64,12 @@ jobjectArray newJavaKeyItemArray(JNIEnv* env, const ItemClasses& classes,
   return array;
 }
 
+jobjectArray handOverKeyItems(JNIEnv* env, const ItemClasses& classes, ZELKMKeyItemList* list,
+                              int code) {
+  if (list == nullptr || code != ZELKM_OK) return nullptr;
+  jobjectArray keyItems = newJavaKeyItemArray(env, classes, list);
+  ZELKM_FreeKeyItemList(list);
+  return keyItems;
+}
+
 }  // namespace zel::bridge

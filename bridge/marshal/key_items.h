@@ -15,6 +15,13 @@ jobject newJavaKeyItem(JNIEnv* env, const ItemClasses& classes, const ZELKMKeyIt
 jobjectArray newJavaKeyItemArray(JNIEnv* env, const ItemClasses& classes,
                                  const ZELKMKeyItemList* list);
 
+/**
+ * handOverKeyItems makes a KeyItem[] of the list that the library answered with the code, and frees
+ * the list. One that came with a failure is neither converted nor freed.
+ */
+jobjectArray handOverKeyItems(JNIEnv* env, const ItemClasses& classes, ZELKMKeyItemList* list,
+                              int code);
+
 }  // namespace zel::bridge
 
 #endif  // BRIDGE_MARSHAL_KEY_ITEMS_H_

@@ -2,7 +2,6 @@ package com.nelo.zel.vosmar.basic;
 
 import java.nio.file.Path;
 import java.util.ArrayList;
-import java.util.Arrays;
 import java.util.List;
 
 /**
@@ -17,7 +16,7 @@ import java.util.List;
  * <p>A secondary key database can stand beside a token: issuers that the token has no room for are
  * looked up there, and the signers that come along with a personal certificate are put there.
  */
-public final class CryptographicToken implements AutoCloseable {
+public final class CryptographicToken extends PasswordHolder {
   private static final int READ_FAILED = 12;
   private static final int NO_SUCH_LABEL = 117;
 
@@ -26,10 +25,8 @@ public final class CryptographicToken implements AutoCloseable {
 
   private final String module;
   private final String tokenLabel;
-  private final char[] password;
   private String secondaryFile;
   private char[] secondaryPassword;
-  private boolean closed;
 
   // Filled by the native method while the labels are listed.
   private final List<String> personalLabels = new ArrayList<>();
@@ -37,9 +34,9 @@ public final class CryptographicToken implements AutoCloseable {
   private final List<String> requestLabels = new ArrayList<>();
 
   private CryptographicToken(Path module, String tokenLabel, char[] password) {
+    super(module + ", " + tokenLabel, password);
     this.module = module.toString();
     this.tokenLabel = tokenLabel;
-    this.password = copyOf(password);
   }
 
   /**
@@ -292,31 +289,19 @@ public final class CryptographicToken implements AutoCloseable {
   /**
    * Makes a key pair on the token and a certificate request for it.
    *
-   * @param label the label of the new entry
-   * @param keyType the key
-   * @param subject whom the certificate shall name
-   * @param signatureAlgorithm the digest of the request's signature
-   * @param target the file that the request is written to
-   * @throws CMSKeyDatabaseException with code 29 when the label is taken
+   * @param request what it shall be like
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws IllegalArgumentException when it shall ask for extensions, which a token does not do
    */
-  public void createRequest(
-      String label,
-      KeyType keyType,
-      DNItem subject,
-      SignatureAlgorithm signatureAlgorithm,
-      Path target)
-      throws CMSKeyDatabaseException {
+  public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
+    if (request.extensions().length > 0) {
+      throw new IllegalArgumentException("a request made on a token asks for no extensions");
+    }
     check(
         c_CreatePersonalCertificateRequest(
-            module,
-            tokenLabel,
-            password(),
-            label,
-            keyType.selector(),
-            subject,
-            signatureAlgorithm.selector(),
-            target.toString()),
-        label);
+            module, tokenLabel, password(), request.label(), request.keyType().selector(),
+            request.subject(), request.signatureAlgorithm().selector(), request.fileName()),
+        request.label());
   }
 
   /**
@@ -343,28 +328,7 @@ public final class CryptographicToken implements AutoCloseable {
   }
 
   /**
-   * Signs a pending request anew and writes it to a file.
-   *
-   * @param label its label
-   * @param signatureAlgorithm the digest of the new signature
-   * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
-   */
-  public void recreateRequest(String label, SignatureAlgorithm signatureAlgorithm, Path target)
-      throws CMSKeyDatabaseException {
-    check(
-        c_RecreatePersonalCertificateRequest(
-            module,
-            tokenLabel,
-            password(),
-            label,
-            signatureAlgorithm.selector(),
-            target.toString()),
-        label);
-  }
-
-  /**
-   * Writes a pending request to a file.
+   * Writes a pending request to a file once more, in Base64.
    *
    * @param label its label
    * @param target the file
@@ -374,6 +338,22 @@ public final class CryptographicToken implements AutoCloseable {
     check(
         c_ExtractPersonalCertificateRequest(
             module, tokenLabel, password(), label, target.toString()),
+        label);
+  }
+
+  /**
+   * Writes a pending request to a file once more, signed anew.
+   *
+   * @param label its label
+   * @param algorithm the digest of the signature
+   * @param target the file
+   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   */
+  public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
+      throws CMSKeyDatabaseException {
+    check(
+        c_RecreatePersonalCertificateRequest(
+            module, tokenLabel, password(), label, algorithm.selector(), target.toString()),
         label);
   }
 
@@ -406,24 +386,29 @@ public final class CryptographicToken implements AutoCloseable {
   }
 
   /**
-   * Whether a certificate renews one that the token holds.
+   * Whether a certificate would renew one of this token: same subject and key, other certificate.
    *
    * @param certificate a DER certificate
-   * @return true when it does; false also when the library cannot tell, for the reason does not reach
-   *     Java
+   * @return true when {@link #renewCertificate} would take it
+   * @throws CMSKeyDatabaseException when the token cannot be opened or read
    */
-  public boolean isRenewal(byte[] certificate) {
-    return c_IsPersonalCertificateRenewal(
-        module, tokenLabel, password(), certificate.length, certificate);
+  public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
+    boolean renewal =
+        c_IsPersonalCertificateRenewal(
+            module, tokenLabel, password(), certificate.length, certificate);
+    if (!renewal) {
+      labels();
+    }
+    return renewal;
   }
 
   /**
    * Puts a certificate in the place of the one that it renews.
    *
    * @param certificate a DER certificate
-   * @throws CMSKeyDatabaseException when the token holds none that it could renew
+   * @throws CMSKeyDatabaseException when it renews none
    */
-  public void renew(byte[] certificate) throws CMSKeyDatabaseException {
+  public void renewCertificate(byte[] certificate) throws CMSKeyDatabaseException {
     check(
         c_RenewPersonalCertificate(
             module, tokenLabel, password(), certificate.length, certificate));
@@ -432,25 +417,8 @@ public final class CryptographicToken implements AutoCloseable {
   /** Wipes the passwords. The token can be used no longer through this object. */
   @Override
   public synchronized void close() {
-    wipe(password);
+    super.close();
     wipe(secondaryPassword);
-    closed = true;
-  }
-
-  @Override
-  public String toString() {
-    return "CryptographicToken[" + subject() + "]";
-  }
-
-  private String subject() {
-    return module + ", " + tokenLabel;
-  }
-
-  private synchronized String password() {
-    if (closed) {
-      throw new IllegalStateException(subject() + " is closed");
-    }
-    return textOf(password);
   }
 
   private synchronized String secondaryFile() {
@@ -459,36 +427,6 @@ public final class CryptographicToken implements AutoCloseable {
 
   private synchronized String secondaryPassword() {
     return textOf(secondaryPassword);
-  }
-
-  private void check(int code) throws CMSKeyDatabaseException {
-    if (code != 0) {
-      throw new CMSKeyDatabaseException(code, subject());
-    }
-  }
-
-  private void check(int code, String what) throws CMSKeyDatabaseException {
-    if (code != 0) {
-      throw failure(code, what);
-    }
-  }
-
-  private CMSKeyDatabaseException failure(int code, String what) {
-    return new CMSKeyDatabaseException(code, subject() + ": " + what);
-  }
-
-  private static char[] copyOf(char[] secret) {
-    return secret == null ? null : secret.clone();
-  }
-
-  private static String textOf(char[] secret) {
-    return secret == null ? null : new String(secret);
-  }
-
-  private static void wipe(char[] secret) {
-    if (secret != null) {
-      Arrays.fill(secret, '\0');
-    }
   }
 
   private static int lengthOf(byte[] bytes) {

@@ -1,0 +1,289 @@
+package com.nelo.zel.vosmar.basic;
+
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Objects;
+
+/**
+ * A certificate store of the current user, such as {@code CurrentUser/My}: certificates with their
+ * private keys, and the certificates of signers, each under a label.
+ *
+ * <p>A store is named by its cryptographic service provider (CSP); {@link #list} tells the names. An
+ * object of this class remembers such a name and a password. It keeps nothing open: each operation
+ * opens the store, works, and closes it. {@link #close()} wipes the password. What {@link
+ * CMSKeyDatabase} says of passwords and strings holds here too, and so does what it says of reasons
+ * that are told a moment later.
+ */
+public final class MSCertificateStore extends PasswordHolder {
+  private static final int READ_FAILED = 12;
+  private static final int NO_SUCH_LABEL = 117;
+
+  // Filled by the native method while the stores are listed.
+  private static final List<String> CSP_NAMES = new ArrayList<>();
+
+  private final String cspName;
+
+  // Filled by the native method while the labels are listed.
+  private final List<String> labels = new ArrayList<>();
+  private final List<String> personalLabels = new ArrayList<>();
+  private final List<String> signerLabels = new ArrayList<>();
+
+  private MSCertificateStore(String cspName, char[] password) {
+    super(cspName, password);
+    this.cspName = Objects.requireNonNull(cspName);
+  }
+
+  /**
+   * The labels of a store, in the order of the store.
+   *
+   * @param all every one of them
+   * @param personal those of certificates with their private keys
+   * @param signers those of certificates alone
+   */
+  public record Labels(List<String> all, List<String> personal, List<String> signers) {}
+
+  /**
+   * Lists the stores.
+   *
+   * @return their names
+   * @throws CMSKeyDatabaseException when they cannot be listed
+   */
+  public static List<String> list() throws CMSKeyDatabaseException {
+    KMSystem.start();
+    synchronized (CSP_NAMES) {
+      CSP_NAMES.clear();
+      int code = c_GetCSPNameList();
+      if (code != 0) {
+        throw new CMSKeyDatabaseException(code, "certificate stores");
+      }
+      return List.copyOf(CSP_NAMES);
+    }
+  }
+
+  /**
+   * Opens a store to see that it is there and can be used.
+   *
+   * @param cspName its name
+   * @param password its password, or null for none, which is what the stores of .NET have
+   * @return the store
+   * @throws CMSKeyDatabaseException with code 139 when the store has no password and one is given
+   */
+  public static MSCertificateStore open(String cspName, char[] password)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    MSCertificateStore store = new MSCertificateStore(cspName, password);
+    try {
+      store.labels();
+    } catch (CMSKeyDatabaseException unusable) {
+      store.close();
+      throw unusable;
+    }
+    return store;
+  }
+
+  /**
+   * Lists the labels.
+   *
+   * @return the labels of all entries, and which of them have a private key
+   * @throws CMSKeyDatabaseException when the store cannot be opened or read
+   */
+  public synchronized Labels labels() throws CMSKeyDatabaseException {
+    labels.clear();
+    personalLabels.clear();
+    signerLabels.clear();
+    check(c_BuildKeyLabelList(cspName, password()));
+    return new Labels(
+        List.copyOf(labels), List.copyOf(personalLabels), List.copyOf(signerLabels));
+  }
+
+  /**
+   * Reads an entry.
+   *
+   * @param label its label
+   * @return the entry
+   * @throws CMSKeyDatabaseException with code 117 when no entry has the label
+   */
+  public KeyItem key(String label) throws CMSKeyDatabaseException {
+    KeyItem item = c_GetKeyItemByLabel(cspName, password(), label);
+    if (item == null) {
+      throw failure(labels().all().contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
+    }
+    return item;
+  }
+
+  /**
+   * Reads all entries that share a label.
+   *
+   * @param label the label
+   * @return the entries; empty when there are none
+   * @throws CMSKeyDatabaseException when the store cannot be opened or read
+   */
+  public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
+    // The native method hands the label on without looking at it.
+    Objects.requireNonNull(label);
+    return listOf(c_GetKeyItemListByLabel(cspName, password(), label));
+  }
+
+  /**
+   * Reads all entries of a public key.
+   *
+   * @param subjectPublicKeyInfo the key as a DER SubjectPublicKeyInfo
+   * @return the entries; empty when there are none
+   * @throws CMSKeyDatabaseException when the store cannot be opened or read
+   */
+  public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
+      throws CMSKeyDatabaseException {
+    return listOf(
+        c_GetKeyItemsByPublicKey(
+            cspName, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo));
+  }
+
+  /**
+   * Deletes an entry.
+   *
+   * @param label its label
+   * @throws CMSKeyDatabaseException with code 117 when no entry has the label
+   */
+  public void deleteKey(String label) throws CMSKeyDatabaseException {
+    check(c_DeleteKeyItemByLabel(cspName, password(), label), label);
+  }
+
+  /**
+   * Imports a certificate, with its private key or alone.
+   *
+   * @param label the label of the new entry
+   * @param certificate a DER certificate
+   * @param privateKey its key: PKCS#8, or RSA or EC in their own forms, as DER; null for none
+   * @throws CMSKeyDatabaseException with code 62 when they do not belong together
+   */
+  public void importCertificate(String label, byte[] certificate, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    check(
+        c_ImportCertificate(
+            cspName,
+            password(),
+            label,
+            certificate.length,
+            certificate,
+            privateKey == null ? 0 : privateKey.length,
+            privateKey),
+        label);
+  }
+
+  /**
+   * Adds a signer's certificate.
+   *
+   * @param label the label of the new entry
+   * @param certificate the file
+   * @param encoding the form of the file
+   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read
+   */
+  public void addSigner(String label, Path certificate, Encoding encoding)
+      throws CMSKeyDatabaseException {
+    check(
+        c_AddSignerCertificate(
+            cspName, password(), label, certificate.toString(), encoding.isBase64()),
+        label);
+  }
+
+  /**
+   * Makes a key and a self-signed certificate for it.
+   *
+   * @param certificate what it shall be like
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws IllegalArgumentException when it shall be the default key or be written to a file: with a
+   *     certificate store neither is possible
+   */
+  public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
+    if (certificate.isDefaultKey() || certificate.fileName() != null) {
+      throw new IllegalArgumentException("a certificate store has no default key and no files");
+    }
+    check(
+        c_CreateNewSelfSignedCertificate(
+            cspName,
+            password(),
+            certificate.version(),
+            Objects.requireNonNull(certificate.label()),
+            certificate.keyType().selector(),
+            certificate.subject(),
+            certificate.validityDays(),
+            certificate.signatureAlgorithm().selector(),
+            certificate.extensions().length,
+            certificate.extensions()),
+        certificate.label());
+  }
+
+  /** Nothing found and nothing readable look alike; listing the labels tells them apart. */
+  private List<KeyItem> listOf(KeyItem[] items) throws CMSKeyDatabaseException {
+    if (items == null) {
+      labels();
+      return List.of();
+    }
+    return List.of(items);
+  }
+
+  /** Called by the native library for each store while the stores are listed. */
+  private static void addCSPName(String name) {
+    CSP_NAMES.add(name);
+  }
+
+  /** Called by the native library for each entry while the labels are listed. */
+  private void addKeyLabel(String label) {
+    labels.add(label);
+  }
+
+  /** Called by the native library, after the call for every entry, for one with a private key. */
+  private void addPersonalKeyLabel(String label) {
+    personalLabels.add(label);
+  }
+
+  /** Called by the native library, after the call for every entry, for one without a private key. */
+  private void addSignerKeyLabel(String label) {
+    signerLabels.add(label);
+  }
+
+  // Names and labels.
+
+  private static native int c_GetCSPNameList();
+
+  private native int c_BuildKeyLabelList(String cspName, String password);
+
+  // Entries.
+
+  private native KeyItem c_GetKeyItemByLabel(String cspName, String password, String keyLabel);
+
+  private native KeyItem[] c_GetKeyItemListByLabel(
+      String cspName, String password, String keyLabel);
+
+  private native KeyItem[] c_GetKeyItemsByPublicKey(
+      String cspName, String password, int publicKeyLength, byte[] publicKey);
+
+  private native int c_DeleteKeyItemByLabel(String cspName, String password, String keyLabel);
+
+  // Certificates.
+
+  private native int c_ImportCertificate(
+      String cspName,
+      String password,
+      String keyLabel,
+      int certLength,
+      byte[] certData,
+      int keyLength,
+      byte[] keyData);
+
+  private native int c_AddSignerCertificate(
+      String cspName, String password, String keyLabel, String certFileName, boolean isBase64);
+
+  private native int c_CreateNewSelfSignedCertificate(
+      String cspName,
+      String password,
+      int version,
+      String keyLabel,
+      int keySize,
+      DNItem subject,
+      int validityDays,
+      int sigAlg,
+      int extLength,
+      byte[] extData);
+}
