@@ -7,6 +7,7 @@
 #include "engine/km/database_lifecycle.h"
 #include "engine/km/handle_table.h"
 #include "engine/km/operation.h"
+#include "engine/km/token/token_store.h"
 
 using namespace zel;      // NOLINT(google-build-using-namespace)
 using namespace zel::km;  // NOLINT(google-build-using-namespace)
@@ -65,6 +66,10 @@ int ZELKM_OpenKeyDbX(const KeyDbLocator* locator, int* handle) {
       case KEYDB_LOCATOR_KEY_DATABASE:
         return open(locator->fileName, locator->password, handle);
       case KEYDB_LOCATOR_TOKEN:
+        if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+        return handOut(
+            token::TokenStore::open(locator->moduleName, locator->tokenLabel, locator->password),
+            handle);
       case KEYDB_LOCATOR_WEBDB:
       case KEYDB_LOCATOR_CERTIFICATE_STORE:
         return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};

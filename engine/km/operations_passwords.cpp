@@ -4,6 +4,7 @@
 #include "engine/km/arguments.h"
 #include "engine/km/database_lifecycle.h"
 #include "engine/km/operation.h"
+#include "engine/km/token/token_access.h"
 
 using namespace zel;      // NOLINT(google-build-using-namespace)
 using namespace zel::km;  // NOLINT(google-build-using-namespace)
@@ -39,6 +40,13 @@ sys::Status askFile(const char* fileName, unsigned char* required) {
   return sys::success();
 }
 
+sys::Status askToken(const KeyDbLocator& locator, unsigned char* required) {
+  sys::Result<bool> needed = token::isPinRequired(locator.moduleName, locator.tokenLabel);
+  if (!needed) return needed.failure();
+  *required = needed.value() ? 1 : 0;
+  return sys::success();
+}
+
 }  // namespace
 
 int ZELKM_ChangeKeyDbPwd(const char* fileName, const char* oldPassword, const char* newPassword,
@@ -53,6 +61,8 @@ int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator) {
       case KEYDB_LOCATOR_KEY_DATABASE:
         return change(locator->fileName, locator->password, locator->newPassword, 0);
       case KEYDB_LOCATOR_TOKEN:
+        return token::changeTokenPin(locator->moduleName, locator->tokenLabel, locator->password,
+                                     locator->newPassword);
       case KEYDB_LOCATOR_WEBDB:
       case KEYDB_LOCATOR_CERTIFICATE_STORE:
         return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
@@ -74,6 +84,7 @@ int ZELKM_IsPasswordRequired(const KeyDbLocator* locator, unsigned char* require
       case KEYDB_LOCATOR_WEBDB:  // the same files, asked for by another Java class
         return askFile(locator->fileName, required);
       case KEYDB_LOCATOR_TOKEN:
+        return askToken(*locator, required);
       case KEYDB_LOCATOR_CERTIFICATE_STORE:
         return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
       default:

@@ -4,15 +4,9 @@
 
 static constexpr int kNotBuilt = ZELKM_ERR_UNSUPPORTED_OPTION;
 
-int ZELKM_SetSecondaryKeyDb(int, int) { return kNotBuilt; }
-
-int ZELKM_UnsetSecondaryKeyDb(int) { return kNotBuilt; }
-
 int ZELKM_Kyr2Kdb(const char*, const char*, const char*, const char*) { return kNotBuilt; }
 
 int ZELKM_Kdb2Kyr(const char*, const char*, const char*, const char*) { return kNotBuilt; }
-
-int ZELKM_GetCryptoTokenLabelList(const char*, ZELKMLabelList**) { return kNotBuilt; }
 
 int ZELKM_GetReqKeyItemByLabel(int, const char*, ZELKMReqKeyItem**) { return kNotBuilt; }
 

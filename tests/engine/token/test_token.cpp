@@ -1,0 +1,104 @@
+#include "tests/engine/token/test_token.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+
+namespace zel::km::token {
+
+namespace {
+
+constexpr const char* kSoftHsmLabel = "T\u00f6k\u20acn";
+constexpr const char* kNssLabel = "NSS Certificate DB";
+
+void runOrFail(const std::string& command) {
+  const cms::CommandResult result = cms::run(command);
+  if (result.exitCode != 0) ADD_FAILURE() << command << "\n" << result.output;
+}
+
+std::vector<std::string> taken(ZELKMLabelList* list) {
+  std::vector<std::string> found;
+  for (const ZELKMLabelList* node = list; node != nullptr; node = node->next) {
+    found.emplace_back(node->label);
+  }
+  ZELKM_FreeLabelList(list);
+  return found;
+}
+
+}  // namespace
+
+SoftHsm::SoftHsm(const cms::TemporaryFolder& folder) {
+  std::filesystem::create_directory(folder.path("tokens"));
+  const std::string settings = "directories.tokendir = " + folder.path("tokens") +
+                               "\nobjectstore.backend = file\nlog.level = ERROR\n";
+  setenv("SOFTHSM2_CONF", folder.write("softhsm2.conf", cms::text(settings)).c_str(), 1);
+}
+
+void SoftHsm::addToken(const std::string& label) const {
+  runOrFail("softhsm2-util --init-token --free --so-pin 12345678 --pin " + std::string(kPin) +
+            " --label '" + label + "'");
+}
+
+NssDatabase::NssDatabase(const cms::TemporaryFolder& folder)
+    : folder_(folder.path("nss")),
+      pinFile_(folder.write("pin.txt", cms::text(std::string(kPin) + "\n"))) {
+  std::filesystem::create_directory(folder_);
+  runOrFail("certutil -N -d " + this->folder() + " -f " + pinFile_);
+}
+
+std::string NssDatabase::moduleName() const {
+  return "libsoftokn3.so?args=configdir='" + folder() +
+         "' certPrefix='' keyPrefix='' secmod='secmod.db' flags=";
+}
+
+TokenTest::TokenTest() {
+  if (GetParam() == Vendor::softHsm) {
+    SoftHsm(folder_).addToken(kSoftHsmLabel);
+    moduleName_ = kSoftHsmModule;
+    label_ = kSoftHsmLabel;
+  } else {
+    moduleName_ = NssDatabase(folder_).moduleName();
+    label_ = kNssLabel;
+  }
+}
+
+TokenTest::~TokenTest() {
+  for (const int handle : handles_) ZELKM_CloseKeyDb(handle);
+}
+
+KeyDbLocator TokenTest::locator(const char* pin) const {
+  KeyDbLocator named{};
+  named.type = KEYDB_LOCATOR_TOKEN;
+  named.moduleName = moduleName_.c_str();
+  named.tokenLabel = label_.c_str();
+  named.password = pin;
+  return named;
+}
+
+int TokenTest::open(const char* pin) {
+  const KeyDbLocator named = locator(pin);
+  int handle = 0;
+  const int code = ZELKM_OpenKeyDbX(&named, &handle);
+  if (code != ZELKM_OK) return -code;
+  handles_.push_back(handle);
+  return handle;
+}
+
+void TokenTest::close(int handle) {
+  EXPECT_EQ(ZELKM_CloseKeyDb(handle), ZELKM_OK);
+  std::erase(handles_, handle);
+}
+
+std::vector<std::string> labels(int (*operation)(int, ZELKMLabelList**), int handle) {
+  ZELKMLabelList* list = nullptr;
+  EXPECT_EQ(operation(handle, &list), ZELKM_OK);
+  return taken(list);
+}
+
+std::vector<std::string> tokenLabels(const std::string& moduleName) {
+  ZELKMLabelList* list = nullptr;
+  EXPECT_EQ(ZELKM_GetCryptoTokenLabelList(moduleName.c_str(), &list), ZELKM_OK);
+  return taken(list);
+}
+
+}  // namespace zel::km::token

@@ -1,0 +1,91 @@
+#ifndef ZEL_TESTS_ENGINE_TOKEN_TEST_TOKEN_H_
+#define ZEL_TESTS_ENGINE_TOKEN_TEST_TOKEN_H_
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "bridge/kmlib/zelkm.h"
+#include "tests/engine/cms/tools.h"
+
+/**
+ * @file
+ * Tokens of two makers for the tests, new ones in a folder that goes with the test:
+ *
+ *     class MyTest : public TokenTest {};
+ *     TEST_P(MyTest, opens) { EXPECT_GT(open(kPin), 0); }
+ *     INSTANTIATE_TEST_SUITE_P(, MyTest, testing::ValuesIn(kVendors), vendorName);
+ */
+
+namespace zel::km::token {
+
+inline constexpr const char* kPin = "123456";
+inline constexpr const char* kWrongPin = "654321";
+
+enum class Vendor { softHsm, nss };
+inline constexpr Vendor kVendors[] = {Vendor::softHsm, Vendor::nss};
+
+inline void PrintTo(Vendor vendor, std::ostream* out) {
+  *out << (vendor == Vendor::softHsm ? "SoftHSM" : "NSS");
+}
+
+inline std::string vendorName(const testing::TestParamInfo<Vendor>& info) {
+  return info.param == Vendor::softHsm ? "softHsm" : "nss";
+}
+
+inline constexpr const char* kSoftHsmModule = "/usr/lib/softhsm/libsofthsm2.so";
+
+/** SoftHSM 2 with a token directory of its own; SOFTHSM2_CONF points to it. */
+class SoftHsm {
+ public:
+  explicit SoftHsm(const cms::TemporaryFolder& folder);
+  /** Adds a token whose PIN is kPin. */
+  void addToken(const std::string& label) const;
+};
+
+/** NSS softokn with a key database of its own, which is its token. */
+class NssDatabase {
+ public:
+  explicit NssDatabase(const cms::TemporaryFolder& folder);
+  std::string moduleName() const;
+  /** As certutil and its like take it. */
+  std::string folder() const { return "sql:" + folder_; }
+  std::string pinFile() const { return pinFile_; }
+
+ private:
+  std::string folder_;
+  std::string pinFile_;
+};
+
+/** A test with a new token. */
+class TokenTest : public testing::TestWithParam<Vendor> {
+ protected:
+  TokenTest();
+  ~TokenTest() override;
+
+  /** A handle that is closed when the test ends; the negative result code when it fails. */
+  int open(const char* pin);
+  void close(int handle);
+
+  KeyDbLocator locator(const char* pin) const;
+  const std::string& moduleName() const { return moduleName_; }
+  const std::string& label() const { return label_; }
+  std::string path(const std::string& name) const { return folder_.path(name); }
+
+  cms::TemporaryFolder folder_;
+
+ private:
+  std::string moduleName_;
+  std::string label_;
+  std::vector<int> handles_;
+};
+
+/** The labels of an operation that lists: `labels(&ZELKM_GetKeyDbLabelList, handle)`. */
+std::vector<std::string> labels(int (*operation)(int, ZELKMLabelList**), int handle);
+std::vector<std::string> tokenLabels(const std::string& moduleName);
+
+}  // namespace zel::km::token
+
+#endif  // ZEL_TESTS_ENGINE_TOKEN_TEST_TOKEN_H_
