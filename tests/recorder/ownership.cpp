@@ -87,17 +87,19 @@ void Ownership::releaseHeld() {
   holdings_.clear();
 }
 
-size_t Ownership::sizeOf(const void* block) const {
-  for (const Holding& holding : holdings_) {
-    if (holding.what == block && holding.kind != Kind::kHandle) return holding.size;
-  }
-  return 0;
-}
-
 void Ownership::setSize(const void* block, size_t size) {
   for (Holding& holding : holdings_) {
     if (holding.what == block && holding.kind != Kind::kHandle) holding.size = size;
   }
+}
+
+bool Ownership::isWiped(const std::string& name) const {
+  for (const Holding& holding : holdings_) {
+    if (holding.name != name || holding.size == 0) continue;
+    const auto* bytes = static_cast<const unsigned char*>(holding.what);
+    return std::all_of(bytes, bytes + holding.size, [](unsigned char byte) { return byte == 0; });
+  }
+  return false;
 }
 
 const Ownership::Holding* Ownership::find(Kind kind, const void* what) const {

@@ -61,9 +61,9 @@ class Ownership {
   /** releaseHeld() releases all that is still held, so that a stated leak is none of the test's. */
   void releaseHeld();
 
-  /** The size of a block, 0 when it is not one. */
-  size_t sizeOf(const void* block) const;
+  /** setSize() tells how large a block is, so that isWiped() can tell whether it is all zeros. */
   void setSize(const void* block, size_t size);
+  bool isWiped(const std::string& name) const;
 
  private:
   struct Holding {

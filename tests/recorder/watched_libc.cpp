@@ -1,6 +1,5 @@
 #include "tests/recorder/watched_libc.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -22,12 +21,6 @@ void WatchedLibc::addFile(const std::string& name, std::vector<unsigned char> co
 
 namespace {
 
-/** Secrets are wiped before they are freed; a block full of zeros shows it. */
-bool isWiped(const void* block, size_t size) {
-  const auto* bytes = static_cast<const unsigned char*>(block);
-  return size > 0 && std::all_of(bytes, bytes + size, [](unsigned char byte) { return byte == 0; });
-}
-
 void recordAllocation(const std::string& call, const void* block, size_t size) {
   if (block == nullptr) {
     recorder().event(call + " = null");
@@ -37,19 +30,20 @@ void recordAllocation(const std::string& call, const void* block, size_t size) {
   recorder().owned.setSize(block, size);
 }
 
+/** Secrets are wiped before they are freed; a block full of zeros shows it. */
 bool recordFree(const void* block) {
   Ownership& owned = recorder().owned;
   const std::string name = owned.nameOf(block);
-  const char* wiped = isWiped(block, owned.sizeOf(block)) ? " wiped" : "";
+  const char* wiped = owned.isWiped(name) ? " wiped" : "";
   recorder().event("free(" + (name.empty() ? "unknown block" : name) + wiped + ")");
   if (owned.give(Kind::kBlock, block) || owned.give(Kind::kBuffer, block)) return true;
   recorder().error("free of what malloc did not give, or twice");
   return false;
 }
 
-FILE* openInMemory(const std::string& name, const std::string& mode) {
+FILE* openInMemory(const char* name, const std::string& mode) {
   WatchedLibc& libc = watchedLibc();
-  if (libc.noFiles) return nullptr;
+  if (libc.noFiles || name == nullptr) return nullptr;
   if (mode.find('w') != std::string::npos) return recordedStream(name);
   for (const auto& [fileName, contents] : libc.files) {
     if (fileName == name) return readableStream(contents);
