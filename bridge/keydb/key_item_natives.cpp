@@ -1,14 +1,12 @@
 // Read key items of a key database. Every failure reads as null or false: no code reaches Java.
 
-#include <cstdlib>
-
 #include "bridge/frame/gate.h"
 #include "bridge/keydb/entries_by_label.h"
+#include "bridge/keydb/key_item_lists.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/key_items.h"
-#include "bridge/marshal/strings_and_bytes.h"
 #include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
@@ -33,50 +31,14 @@ jobject Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetKeyItemByLabel(
 
 jobjectArray Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetKeyItemListByLabel(
     JNIEnv* env, jobject self, jstring keyDbFileName, jstring keyDbPwd, jstring keyLabel) {
-  if (lacksClass(env, self)) return nullptr;
-  HeldStrings held(env);
-  const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
-  const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);
-  const char* label = held.take(keyLabel, kTraceKeyLabel);
-  jobjectArray keyItems = nullptr;
-  withKeyDb(file, pwd, [&](int handle) {
-    ZELKMKeyItemList* list = nullptr;
-    const int rc = ZELKM_GetKeyItemListByLabel(handle, label, &list);
-    traceMessage("JNI_DEBUG......ZELKM_GetKeyItemListByLabel gets %s\n", nullOrNot(list));
-    keyItems = handOverKeyItems(env, kBasicItems, list, rc);
-    return rc;
-  });
-  held.releaseAll();
-  return keyItems;
+  return getKeyItemListByLabel(env, self, kBasicItems, keyDbFileName, keyDbPwd, keyLabel);
 }
 
 jobjectArray Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetKeyItemsByPublicKey(
     JNIEnv* env, jobject self, jstring keyDbFileName, jstring keyDbPwd, jint publicKeyLength,
     jbyteArray publicKey) {
-  if (lacksClass(env, self)) return nullptr;
-  if (publicKeyLength < 1) return nullptr;
-  HeldStrings held(env);
-  const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
-  const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);
-  unsigned char* keyBytes = nullptr;
-  JavaByteArrayToUChar(env, publicKey, publicKeyLength, &keyBytes);
-  if (keyBytes == nullptr) {
-    held.leaveHeld();
-    return nullptr;
-  }
-
-  jobjectArray keyItems = nullptr;
-  withKeyDb(file, pwd, [&](int handle) {
-    ZELKMKeyItemList* list = nullptr;
-    const int rc = ZELKM_GetKeyItemsByPublicKey(handle, static_cast<uint32_t>(publicKeyLength),
-                                                keyBytes, &list);
-    traceMessage("JNI_DEBUG......ZELKM_GetKeyItemsByPublicKey gets %s\n", nullOrNot(list));
-    keyItems = handOverKeyItems(env, kBasicItems, list, rc);
-    return rc;
-  });
-  held.releaseAll();
-  std::free(keyBytes);
-  return keyItems;
+  return getKeyItemsByPublicKey(env, self, kBasicItems, keyDbFileName, keyDbPwd, publicKeyLength,
+                                publicKey);
 }
 
 jobject Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetDefaultKeyItem(JNIEnv* env,

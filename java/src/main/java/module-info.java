@@ -9,6 +9,7 @@ module com.nelo.zel.vosmar {
   requires java.naming;
   requires static picocli;
 
+  exports com.nelo.security.cmskeystore;
   exports com.nelo.zel.vosmar.basic;
 
   opens com.nelo.zel.vosmar.cli to

@@ -1,0 +1,414 @@
+package com.nelo.security.cmskeystore;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.KMSystem;
+import java.nio.file.Path;
+import java.time.Duration;
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.List;
+
+/**
+ * A key database file: keys with their certificates, and certificates alone, each under a label.
+ *
+ * <p>An object of this class remembers a file and its password. It keeps nothing open: each operation
+ * opens the file, works, and closes it. {@link #close()} wipes the password. Passwords are handed to
+ * the native methods as strings, so that each operation leaves a copy in the heap until the garbage
+ * collector overwrites it.
+ *
+ * <p>Pending requests are listed and deleted, but there is no item to read one into.
+ *
+ * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
+ * database is looked at again to learn the reason, so the reason told may be of a moment later.
+ */
+public final class CMSKeyDatabase implements AutoCloseable {
+  private static final int READ_FAILED = 12;
+  private static final int CRYPTO_FAILED = 32;
+  private static final int OLD_PASSWORD_EXPIRED = 70;
+  private static final int NEW_PASSWORD_REFUSED = 69;
+  private static final int FILE_WRITE_FAILED = 91;
+  private static final int NO_SUCH_LABEL = 117;
+
+  private final String file;
+  private final char[] password;
+  private boolean closed;
+
+  // Filled by the native method while the labels are listed.
+  private final List<String> keyLabels = new ArrayList<>();
+  private final List<String> requestLabels = new ArrayList<>();
+
+  private CMSKeyDatabase(Path file, char[] password) {
+    this.file = file.toString();
+    this.password = password.clone();
+  }
+
+  /**
+   * The labels of a key database, in the order of the database.
+   *
+   * @param keys those of keys and certificates
+   * @param requests those of pending requests
+   */
+  public record Labels(List<String> keys, List<String> requests) {}
+
+  /**
+   * Creates a key database.
+   *
+   * @param file the file, which does not exist yet
+   * @param password 6 characters at least
+   * @param passwordLifetime how long the password can be used; zero for ever
+   * @return the new database
+   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   */
+  public static CMSKeyDatabase create(Path file, char[] password, Duration passwordLifetime)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    return db.unless(db.c_CreateNewKeyDb(db.file, db.password(), passwordLifetime.toMillis()));
+  }
+
+  /**
+   * Creates a key database that accepts approved algorithms and key sizes only.
+   *
+   * @param file the file, which does not exist yet
+   * @param password 14 characters at least
+   * @param passwordLifetime how long the password can be used; zero for ever
+   * @return the new database
+   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   */
+  public static CMSKeyDatabase createFips(Path file, char[] password, Duration passwordLifetime)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    return db.unless(db.c_CreateNewKeyDbFIPS(db.file, db.password(), passwordLifetime.toMillis()));
+  }
+
+  /**
+   * Opens a key database to see that the password fits.
+   *
+   * @param file the file
+   * @param password its password
+   * @return the database
+   * @throws CMSKeyDatabaseException with code 16 for a wrong password, 101 for a missing file
+   */
+  public static CMSKeyDatabase open(Path file, char[] password) throws CMSKeyDatabaseException {
+    KMSystem.start();
+    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
+    return db.unless(db.c_OpenKeyDb(db.file, db.password()));
+  }
+
+  /**
+   * Changes the password of a key database. A password past its lifetime still serves as the old one.
+   *
+   * @param file the file
+   * @param oldPassword its password
+   * @param newPassword its password from now on
+   * @param lifetime how long the new password can be used; zero for ever
+   * @throws CMSKeyDatabaseException as {@link #open} does for the old password, and with code 69 when
+   *     the new one is refused
+   */
+  public static void changePassword(
+      Path file, char[] oldPassword, char[] newPassword, Duration lifetime)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase db = new CMSKeyDatabase(file, oldPassword)) {
+      boolean changed =
+          db.c_ChangeKeyDbPwd(
+              db.file, db.password(), new String(newPassword), lifetime.toMillis());
+      if (!changed) {
+        int code = db.c_OpenKeyDb(db.file, db.password());
+        boolean oldPasswordFits = code == 0 || code == OLD_PASSWORD_EXPIRED;
+        throw db.failure(oldPasswordFits ? NEW_PASSWORD_REFUSED : code);
+      }
+    }
+  }
+
+  /**
+   * Starts the library once more, with its trace when wanted. The trace holds secrets in the clear.
+   *
+   * @param traceOn whether the library traces to {@code jnitrace} in the working directory
+   * @throws CMSKeyDatabaseException when the library cannot be started
+   */
+  public void restartLibrary(boolean traceOn) throws CMSKeyDatabaseException {
+    check(c_CMSInit(traceOn));
+  }
+
+  /**
+   * Writes the password to the stash file beside the database.
+   *
+   * @throws CMSKeyDatabaseException with code 91 when the stash file cannot be written
+   */
+  public void stashPassword() throws CMSKeyDatabaseException {
+    if (!c_StashKeyDbPwd(file, password())) {
+      check(c_OpenKeyDb(file, password()));
+      throw failure(FILE_WRITE_FAILED);
+    }
+  }
+
+  /**
+   * Lists the labels.
+   *
+   * @return the labels of keys and of pending requests
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public synchronized Labels labels() throws CMSKeyDatabaseException {
+    keyLabels.clear();
+    requestLabels.clear();
+    check(c_BuildKeyLabelList(file, password()));
+    return new Labels(List.copyOf(keyLabels), List.copyOf(requestLabels));
+  }
+
+  /**
+   * Reads a key or certificate.
+   *
+   * @param label its label
+   * @return the entry
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public KeyItem key(String label) throws CMSKeyDatabaseException {
+    KeyItem item = c_GetKeyItemByLabel(file, password(), label, false);
+    if (item == null) {
+      throw noKey(label);
+    }
+    return item;
+  }
+
+  /**
+   * Reads all entries that share a label.
+   *
+   * @param label the label
+   * @return the entries, one at least
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
+    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), label);
+    if (items == null) {
+      throw noKey(label);
+    }
+    return List.of(items);
+  }
+
+  /**
+   * Reads all entries of a public key.
+   *
+   * @param subjectPublicKeyInfo the key as a DER SubjectPublicKeyInfo
+   * @return the entries; empty when there are none
+   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
+   */
+  public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
+      throws CMSKeyDatabaseException {
+    KeyItem[] items =
+        c_GetKeyItemsByPublicKey(
+            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo);
+    if (items == null) {
+      labels();
+      return List.of();
+    }
+    return List.of(items);
+  }
+
+  /**
+   * Whether an entry has a private key.
+   *
+   * @param label its label
+   * @return false for a certificate alone
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
+    boolean present = c_IsPrivateKeyPresent(file, password(), label);
+    if (!present && !labels().keys().contains(label)) {
+      throw failure(NO_SUCH_LABEL, label);
+    }
+    return present;
+  }
+
+  /**
+   * Adds a certificate, with its private key or alone.
+   *
+   * @param label its label
+   * @param certificate a DER certificate
+   * @param privateKey its key: PKCS&nbsp;#8, EncryptedPrivateKeyInfo under the password of this
+   *     database, or a traditional RSA or EC key, in DER; null for none
+   * @param trusted whether chains may end at the certificate
+   * @param makeDefault whether it becomes the default key
+   * @throws CMSKeyDatabaseException with code 23 when the label is taken, with code 62 when key and
+   *     certificate do not belong together
+   */
+  public void insertKey(
+      String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
+      throws CMSKeyDatabaseException {
+    int keyLength = privateKey == null ? 0 : privateKey.length;
+    check(
+        c_InsertKey(
+            file, password(), label, certificate.length, certificate, keyLength, privateKey,
+            trusted, makeDefault),
+        label);
+  }
+
+  /**
+   * Deletes a key or certificate for good.
+   *
+   * @param label its label
+   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   */
+  public void deleteKey(String label) throws CMSKeyDatabaseException {
+    check(c_DeleteKeyByLabel(file, password(), label, false), label);
+  }
+
+  /**
+   * Deletes a pending request and its key for good.
+   *
+   * @param label its label
+   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   */
+  public void deleteRequest(String label) throws CMSKeyDatabaseException {
+    check(c_DeleteKeyByLabel(file, password(), label, true), label);
+  }
+
+  /**
+   * Encrypts a private key, without storing it.
+   *
+   * @param privateKey a DER PrivateKeyInfo (PKCS&nbsp;#8)
+   * @param itsPassword the password to encrypt it under
+   * @return the encrypted key
+   * @throws CMSKeyDatabaseException with code 32 for every failure: its reason does not reach Java
+   */
+  public EncryptedPrivateKeyInfoItem encryptPrivateKey(byte[] privateKey, char[] itsPassword)
+      throws CMSKeyDatabaseException {
+    EncryptedPrivateKeyInfoItem item =
+        c_EncryptPrivateKey(privateKey.length, privateKey, new String(itsPassword));
+    if (item == null) {
+      throw failure(CRYPTO_FAILED, "encrypting a private key");
+    }
+    return item;
+  }
+
+  /**
+   * Decrypts a private key.
+   *
+   * @param encryptedKey a DER EncryptedPrivateKeyInfo (PKCS&nbsp;#8)
+   * @param itsPassword the password that it is encrypted under
+   * @return the key, which the caller closes
+   * @throws CMSKeyDatabaseException with code 32 for every failure, a wrong password too: its reason
+   *     does not reach Java
+   */
+  public PrivateKeyInfoItem decryptPrivateKey(byte[] encryptedKey, char[] itsPassword)
+      throws CMSKeyDatabaseException {
+    PrivateKeyInfoItem item =
+        c_DecryptPrivateKey(encryptedKey.length, encryptedKey, new String(itsPassword));
+    if (item == null) {
+      throw failure(CRYPTO_FAILED, "decrypting a private key");
+    }
+    return item;
+  }
+
+  /** Wipes the password. The database can be used no longer through this object. */
+  @Override
+  public synchronized void close() {
+    Arrays.fill(password, '\0');
+    closed = true;
+  }
+
+  @Override
+  public String toString() {
+    return "CMSKeyDatabase[" + file + "]";
+  }
+
+  private synchronized String password() {
+    if (closed) {
+      throw new IllegalStateException(file + " is closed");
+    }
+    return new String(password);
+  }
+
+  /** This database when the code is 0; otherwise the password is wiped. */
+  private CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
+    if (code != 0) {
+      close();
+    }
+    check(code);
+    return this;
+  }
+
+  private void check(int code) throws CMSKeyDatabaseException {
+    if (code != 0) {
+      throw failure(code);
+    }
+  }
+
+  private void check(int code, String what) throws CMSKeyDatabaseException {
+    if (code != 0) {
+      throw failure(code, what);
+    }
+  }
+
+  private CMSKeyDatabaseException failure(int code) {
+    return new CMSKeyDatabaseException(code, file);
+  }
+
+  private CMSKeyDatabaseException failure(int code, String what) {
+    return new CMSKeyDatabaseException(code, file + ": " + what);
+  }
+
+  /** Why a label led to nothing: a key that is listed and yet not given cannot be read. */
+  private CMSKeyDatabaseException noKey(String label) throws CMSKeyDatabaseException {
+    return failure(labels().keys().contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
+  }
+
+  /** Called by the native library for each label of a key while the labels are listed. */
+  private void addKeyLabel(String label) {
+    keyLabels.add(label);
+  }
+
+  /** Called by the native library for each label of a request while the labels are listed. */
+  private void addReqKeyLabel(String label) {
+    requestLabels.add(label);
+  }
+
+  // The library, and the lifecycle of a database. Lifetimes are in milliseconds; 0 is no expiry.
+
+  private native int c_CMSInit(boolean traceOn);
+
+  private native int c_CreateNewKeyDb(String keyDbFileName, String keyDbPwd, long expireTime);
+
+  private native int c_CreateNewKeyDbFIPS(String keyDbFileName, String keyDbPwd, long expireTime);
+
+  private native int c_OpenKeyDb(String keyDbFileName, String keyDbPwd);
+
+  private native boolean c_ChangeKeyDbPwd(
+      String keyDbFileName, String oldPwd, String newPwd, long expireTime);
+
+  private native boolean c_StashKeyDbPwd(String keyDbFileName, String keyDbPwd);
+
+  // Queries.
+
+  private native int c_BuildKeyLabelList(String keyDbFileName, String keyDbPwd);
+
+  private native KeyItem c_GetKeyItemByLabel(
+      String keyDbFileName, String keyDbPwd, String keyLabel, boolean neverRead);
+
+  private native KeyItem[] c_GetKeyItemListByLabel(
+      String keyDbFileName, String keyDbPwd, String keyLabel);
+
+  private native KeyItem[] c_GetKeyItemsByPublicKey(
+      String keyDbFileName, String keyDbPwd, int publicKeyLength, byte[] publicKey);
+
+  private native boolean c_IsPrivateKeyPresent(
+      String keyDbFileName, String keyDbPwd, String keyLabel);
+
+  // Maintenance.
+
+  private native int c_InsertKey(
+      String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
+      int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
+
+  private native int c_DeleteKeyByLabel(
+      String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
+
+  // Private keys outside a database.
+
+  private native EncryptedPrivateKeyInfoItem c_EncryptPrivateKey(
+      int length, byte[] privateKey, String password);
+
+  private native PrivateKeyInfoItem c_DecryptPrivateKey(
+      int length, byte[] encryptedKey, String password);
+}
