@@ -169,6 +169,12 @@ sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, sys::Byt
   return encryptPrivateKey(privateKeyInfo, pbe.value());
 }
 
+bool isEncryptedPrivateKey(sys::ByteView der) {
+  const bool isOne = decodeDer<X509SigPtr>(d2i_X509_SIG, der) != nullptr;
+  ERR_clear_error();
+  return isOne;
+}
+
 sys::Result<sys::SecretBytes> decryptPrivateKey(sys::ByteView epki, sys::ByteView password) {
   const X509SigPtr parsed = decodeDer<X509SigPtr>(d2i_X509_SIG, epki);
   if (!parsed) return cryptoFailure(ZELKM_ERR_DATABASE_KEY_INTEGRITY, "read an encrypted key");

@@ -48,6 +48,9 @@ ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyIn
 ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo,
                                                       sys::ByteView password);
 
+/** Whether the bytes have the form of an EncryptedPrivateKeyInfo. */
+ZEL_CMS_API bool isEncryptedPrivateKey(sys::ByteView der);
+
 /**
  * decryptPrivateKey answers the PrivateKeyInfo in clear, whichever of OpenSSL's password based
  * encryptions was used, RC2 and DES of old included.

@@ -20,6 +20,11 @@ sys::Result<ExtensionsPtr> readExtensions(sys::ByteView der) {
   return extensions;
 }
 
+sys::Status checkExtensions(sys::ByteView der) {
+  const sys::Result<ExtensionsPtr> extensions = readExtensions(der);
+  return extensions ? sys::success() : extensions.failure();
+}
+
 sys::Bytes encodeExtensions(const STACK_OF(X509_EXTENSION) * extensions) {
   if (sk_X509_EXTENSION_num(extensions) <= 0) return {};
   return encodeDer(i2d_X509_EXTENSIONS, extensions);

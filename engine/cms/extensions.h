@@ -1,6 +1,7 @@
 #ifndef ZEL_CMS_EXTENSIONS_H_
 #define ZEL_CMS_EXTENSIONS_H_
 
+#include "engine/cms/api.h"
 #include "engine/cms/openssl_ptr.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
@@ -17,6 +18,9 @@ namespace zel::cms {
  * ZELKM_ERR_VALIDATION_DUPLICATE_EXTENSIONS when one of them stands twice.
  */
 sys::Result<ExtensionsPtr> readExtensions(sys::ByteView der);
+
+/** checkExtensions answers the codes of readExtensions. */
+ZEL_CMS_API sys::Status checkExtensions(sys::ByteView der);
 
 /** encodeExtensions answers nothing for no extension. */
 sys::Bytes encodeExtensions(const STACK_OF(X509_EXTENSION) * extensions);

@@ -104,8 +104,7 @@ sys::Status checkPlan(const CertificatePlan& plan) {
     return sys::fail(ZELKM_ERR_VALIDATION_KEY_WRONG_VERSION,
                      "a certificate of version %d has no extensions", plan.version);
   }
-  const sys::Result<ExtensionsPtr> extensions = readExtensions(plan.extensions);
-  return extensions ? sys::success() : extensions.failure();
+  return checkExtensions(plan.extensions);
 }
 
 sys::Result<sys::Bytes> issueCertificate(const CertificatePlan& plan, const KeyTraits& signingKey,

@@ -88,6 +88,14 @@ sys::Result<sys::Bytes> publicKeyInfo(const EVP_PKEY& key) {
   return spki;
 }
 
+bool isPair(const EVP_PKEY& key, sys::ByteView spki) {
+  const PublicKeyPtr info = decodeDer<PublicKeyPtr>(d2i_X509_PUBKEY, spki);
+  const EVP_PKEY* publicKey = info ? X509_PUBKEY_get0(info.get()) : nullptr;
+  const bool matches = publicKey != nullptr && EVP_PKEY_eq(publicKey, &key) == 1;
+  ERR_clear_error();
+  return matches;
+}
+
 sys::Result<sys::SecretBytes> privateKeyInfo(const EVP_PKEY& key) {
   const Pkcs8Ptr info(EVP_PKEY2PKCS8(&key));
   sys::SecretBytes der;

@@ -6,16 +6,30 @@
 
 namespace zel::km {
 
-sys::Status writeCertificateFile(const char* fileName, sys::ByteView certificate,
-                                 CertificateFormat format) {
+namespace {
+
+sys::Status writePublicFile(const char* fileName, sys::ByteView content) {
   const sys::Result<std::string> name = fileNameArgument(fileName);
   if (!name) return name.failure();
-  if (format == CertificateFormat::der) {
-    return sys::writeFile(name.value(), certificate, sys::FileAccess::everybody);
-  }
-  const sys::Result<sys::Bytes> pem = cms::encodePem(cms::kCertificateArmour, certificate);
+  return sys::writeFile(name.value(), content, sys::FileAccess::everybody);
+}
+
+sys::Status writePemFile(const char* fileName, const char* armour, sys::ByteView der) {
+  const sys::Result<sys::Bytes> pem = cms::encodePem(armour, der);
   if (!pem) return pem.failure();
-  return sys::writeFile(name.value(), pem.value(), sys::FileAccess::everybody);
+  return writePublicFile(fileName, pem.value());
+}
+
+}  // namespace
+
+sys::Status writeCertificateFile(const char* fileName, sys::ByteView certificate,
+                                 CertificateFormat format) {
+  if (format == CertificateFormat::der) return writePublicFile(fileName, certificate);
+  return writePemFile(fileName, cms::kCertificateArmour, certificate);
+}
+
+sys::Status writeRequestFile(const char* fileName, sys::ByteView request) {
+  return writePemFile(fileName, cms::kRequestArmour, request);
 }
 
 }  // namespace zel::km

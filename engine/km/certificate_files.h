@@ -25,6 +25,9 @@ inline CertificateFormat formatOfFlag(unsigned char isBase64) {
 sys::Status writeCertificateFile(const char* fileName, sys::ByteView certificate,
                                  CertificateFormat format);
 
+/** writeRequestFile writes a certification request in PEM armour. The codes as above. */
+sys::Status writeRequestFile(const char* fileName, sys::ByteView request);
+
 }  // namespace zel::km
 
 #endif  // ZEL_KM_CERTIFICATE_FILES_H_

@@ -4,6 +4,7 @@
 #include "engine/km/certificate_files.h"
 #include "engine/km/entry_arguments.h"
 #include "engine/km/item_names.h"
+#include "engine/km/key_material.h"
 #include "engine/km/operation.h"
 #include "engine/sys/memory.h"
 
@@ -59,9 +60,7 @@ sys::Result<sys::Bytes> signSelf(Store& store, const SelfSigning& wanted, const 
                                   .publicKeyInfo = key.publicKey,
                                   .extensions = extensions.value()};
   return cms::issueCertificate(plan, traits.value(), wanted.signatureSelector,
-                               [&](cms::SigningDigest digest, sys::ByteView message) {
-                                 return store.sign(key.privateKey, digest, message);
-                               });
+                               signerOf(store, key.privateKey));
 }
 
 sys::Status createSelfSigned(Store& store, const SelfSigning& wanted) {

@@ -119,7 +119,7 @@ TEST_F(SelfSigned, KeepTheEntryThatHasTheLabel) {
 TEST_F(SelfSigned, SurviveReopening) {
   ASSERT_EQ(selfSign("key"), ZELKM_OK);
   int again = 0;
-  ASSERT_EQ(ZELKM_OpenKeyDb(path("keys.kdb").c_str(), kPassword, &again), ZELKM_OK);
+  ASSERT_EQ(ZELKM_OpenKeyDb(databasePath().c_str(), kPassword, &again), ZELKM_OK);
   ZELKMKeyItem* item = nullptr;
   EXPECT_EQ(ZELKM_GetKeyItemByLabel(again, "key", &item), ZELKM_OK);
   const KeyItem owned(item);

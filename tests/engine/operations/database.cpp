@@ -23,12 +23,58 @@ Labels::Labels(std::initializer_list<const char*> labels) {
   }
 }
 
-DatabaseTest::DatabaseTest() {
-  ZELKM_Init();
-  EXPECT_EQ(ZELKM_CreateNewKeyDb(path("keys.kdb").c_str(), kPassword, 0, &handle_), ZELKM_OK);
+namespace {
+
+/** The database of all tests, with the folder that it lies in. */
+struct SharedDatabase {
+  explicit SharedDatabase(const char* password) : path(folder.path("keys.kdb")) {
+    ZELKM_Init();
+    EXPECT_EQ(ZELKM_CreateNewKeyDb(path.c_str(), password, 0, &handle), ZELKM_OK);
+  }
+  ~SharedDatabase() { ZELKM_CloseKeyDb(handle); }
+  SharedDatabase(const SharedDatabase&) = delete;
+  SharedDatabase& operator=(const SharedDatabase&) = delete;
+
+  cms::TemporaryFolder folder;
+  std::string path;
+  int handle = 0;
+};
+
+SharedDatabase& sharedDatabase(const char* password) {
+  static SharedDatabase database(password);
+  return database;
 }
 
-DatabaseTest::~DatabaseTest() { ZELKM_CloseKeyDb(handle_); }
+std::vector<std::string> labelsOf(int handle, int (*listLabels)(int, ZELKMLabelList**)) {
+  ZELKMLabelList* list = nullptr;
+  EXPECT_EQ(listLabels(handle, &list), ZELKM_OK);
+  std::vector<std::string> labels;
+  for (const ZELKMLabelList* node = list; node != nullptr && node->label != nullptr;
+       node = node->next) {
+    labels.emplace_back(node->label);
+  }
+  ZELKM_FreeLabelList(list);
+  return labels;
+}
+
+}  // namespace
+
+DatabaseTest::DatabaseTest() : handle_(sharedDatabase(kPassword).handle) {
+  for (const std::string& label : keyLabels()) ZELKM_DeleteKey(handle_, label.c_str());
+  for (const std::string& label : requestLabels()) {
+    ZELKM_DeleteRequestKeyPair(handle_, label.c_str());
+  }
+}
+
+std::string DatabaseTest::databasePath() const { return sharedDatabase(kPassword).path; }
+
+std::vector<std::string> DatabaseTest::keyLabels() {
+  return labelsOf(handle_, ZELKM_GetKeyDbLabelList);
+}
+
+std::vector<std::string> DatabaseTest::requestLabels() {
+  return labelsOf(handle_, ZELKM_GetReqKeyDbLabelList);
+}
 
 int DatabaseTest::selfSign(const char* label, bool makeDefault, int keySize) {
   return ZELKM_CreateSelfSignedCert(handle_, label, makeDefault ? 1 : 0, 3, keySize,
@@ -47,18 +93,6 @@ int DatabaseTest::codeOfItem(const char* label) {
   EXPECT_EQ(item != nullptr, code == ZELKM_OK);
   ZELKM_FreeKeyItem(item);
   return code;
-}
-
-std::vector<std::string> DatabaseTest::keyLabels() {
-  ZELKMLabelList* list = nullptr;
-  EXPECT_EQ(ZELKM_GetKeyDbLabelList(handle_, &list), ZELKM_OK);
-  std::vector<std::string> labels;
-  for (const ZELKMLabelList* node = list; node != nullptr && node->label != nullptr;
-       node = node->next) {
-    labels.emplace_back(node->label);
-  }
-  ZELKM_FreeLabelList(list);
-  return labels;
 }
 
 }  // namespace zel::km

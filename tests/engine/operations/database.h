@@ -26,6 +26,7 @@ struct Release {
   }
 };
 using KeyItem = std::unique_ptr<ZELKMKeyItem, Release<ZELKM_FreeKeyItem>>;
+using RequestItem = std::unique_ptr<ZELKMReqKeyItem, Release<ZELKM_FreeReqKeyItem>>;
 using KeyItemList = std::unique_ptr<ZELKMKeyItemList, Release<ZELKM_FreeKeyItemList>>;
 using Name = std::unique_ptr<ZELKMDNItem, Release<ZELKM_FreeDNItem>>;
 
@@ -53,15 +54,18 @@ class Labels {
   ZELKMLabelList* head_ = nullptr;
 };
 
-/** A test on a key database of its own, open. */
+/**
+ * A test on an open key database that is empty to begin with. Making one takes a costly derivation,
+ * so all tests share the database and each clears it.
+ */
 class DatabaseTest : public testing::Test {
  protected:
   static constexpr char kPassword[] = "Pässword 1!";
 
   DatabaseTest();
-  ~DatabaseTest() override;
 
   int handle() const { return handle_; }
+  std::string databasePath() const;
   std::string path(const char* fileName) const { return folder_.path(fileName); }
   cms::TemporaryFolder& folder() { return folder_; }
 
@@ -70,10 +74,11 @@ class DatabaseTest : public testing::Test {
   KeyItem item(const char* label);
   int codeOfItem(const char* label);
   std::vector<std::string> keyLabels();
+  std::vector<std::string> requestLabels();
 
  private:
   cms::TemporaryFolder folder_;
-  int handle_ = 0;
+  int handle_;
 };
 
 }  // namespace zel::km
