@@ -66,11 +66,12 @@ jstring JavaHeap::newString(const std::string& text) {
                                                .text = text})));
 }
 
-jbyteArray JavaHeap::newBytes(std::vector<uint8_t> bytes) {
-  return static_cast<jbyteArray>(referenceTo(add({.kind = JavaThing::kByteArray,
-                                                  .shown = numbered("bytes"),
-                                                  .type = "[B",
-                                                  .bytes = std::move(bytes)})));
+jbyteArray JavaHeap::newBytes(std::vector<uint8_t> bytes, const std::string& shown) {
+  return static_cast<jbyteArray>(
+      referenceTo(add({.kind = JavaThing::kByteArray,
+                       .shown = shown.empty() ? numbered("bytes") : shown,
+                       .type = "[B",
+                       .bytes = std::move(bytes)})));
 }
 
 jobjectArray JavaHeap::newArray(jclass elementType, std::vector<jobject> elements) {

@@ -57,9 +57,9 @@ class JavaHeap {
                       const std::string& signature);
 
   jstring newString(const std::string& text);
-  jbyteArray newBytes(std::vector<uint8_t> bytes);
   jobjectArray newArray(jclass elementType, std::vector<jobject> elements);
-  /** newObject() names the object itself when it is given no name. */
+  /** Arrays and objects get a name of their own when they are given none. */
+  jbyteArray newBytes(std::vector<uint8_t> bytes, const std::string& shown = "");
   jobject newObject(jclass type, const std::string& shown = "");
 
   /** thing() is what a reference or ID names, or null when it names nothing. */

@@ -57,7 +57,10 @@ class NativeTest : public testing::Test {
   ~NativeTest() override;
 
   jstring text(const std::string& value) { return jni.heap.newString(value); }
-  jbyteArray bytes(const Bytes& value) { return jni.heap.newBytes(value); }
+  /** bytes() is an array; one of several needs a name, since arguments are made in any order. */
+  jbyteArray bytes(const Bytes& value, const std::string& name = "") {
+    return jni.heap.newBytes(value, name);
+  }
   jobjectArray texts(std::initializer_list<const char*> values);
   /** dnItem() is a DNItem named "dn", with the fields that are given. */
   jobject dnItem(const std::map<std::string, std::string>& fields);
