@@ -28,6 +28,18 @@ constexpr const char* kTables[] = {
     "CREATE INDEX requests_by_public_key ON requests (public_key_hash)",
 };
 
+// A write-ahead log would lie beside the file, where no check of it reaches.
+sys::Status checkJournal(Connection& connection) {
+  sys::Result<Statement> mode = connection.prepare("PRAGMA journal_mode");
+  if (!mode) return mode.failure();
+  sys::Result<bool> row = mode.value().step();
+  if (!row) return row.failure();
+  if (!row.value() || mode.value().text(0) != "delete") {
+    return sys::fail(ZELKM_ERR_DATABASE_CORRUPTION, "the file has another journal than ours");
+  }
+  return sys::success();
+}
+
 sys::Status checkTables(Connection& connection) {
   sys::Result<Statement> select =
       connection.prepare("SELECT sql FROM sqlite_schema WHERE sql IS NOT NULL ORDER BY rowid");
@@ -68,6 +80,8 @@ sys::Status checkSchema(Connection& connection) {
     return sys::fail(ZELKM_ERR_DATABASE_INVALID_VERSION, "key database version %lld, not %lld",
                      static_cast<long long>(version.value()), static_cast<long long>(kVersion));
   }
+  sys::Status journal = checkJournal(connection);
+  if (!journal) return journal;
   return checkTables(connection);
 }
 

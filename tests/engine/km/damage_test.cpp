@@ -1,0 +1,154 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tests/engine/km/filled_database.h"
+
+namespace zel::km {
+namespace {
+
+/** What a reader learns from a database. */
+struct Seen {
+  std::vector<std::string> keys;
+  std::vector<std::string> requests;
+  sys::Bytes one;
+  sys::SecretBytes oneKey;
+  bool oneTrusted = false;
+  std::string defaultLabel;
+  std::size_t withTwosKey = 0;
+
+  bool operator==(const Seen&) const = default;
+};
+
+class DamageTest : public FilledDatabaseTest {
+ protected:
+  DamageTest() {
+    store_.reset();
+    std::ifstream content(file_, std::ios::binary);
+    good_ = {std::istreambuf_iterator<char>(content), std::istreambuf_iterator<char>()};
+  }
+
+  /** Writes into the file as it stands, so that the derived key of the password stays cached. */
+  void put(const sys::Bytes& bytes) const { folder_.write("test.kdb", bytes); }
+  sys::Bytes present() const { return folder_.read("test.kdb"); }
+
+  /** The first failure, or what there is to be seen. */
+  sys::Result<Seen> look() const {
+    const sys::ByteView password = sys::bytesOf(kPassword);
+    sys::Result<std::unique_ptr<Store>> store =
+        openKeyDatabase(file_, sys::SecretBytes(password.begin(), password.end()));
+    if (!store) return store.failure();
+    Seen seen;
+    sys::Result<std::vector<std::string>> keys = store.value()->keyLabels();
+    if (!keys) return keys.failure();
+    sys::Result<std::vector<std::string>> requests = store.value()->requestLabels();
+    if (!requests) return requests.failure();
+    sys::Result<KeyEntry> one = store.value()->findKey("one");
+    if (!one) return one.failure();
+    sys::Result<KeyEntry> byDefault = store.value()->defaultKey();
+    if (!byDefault) return byDefault.failure();
+    sys::Result<std::vector<KeyEntry>> withTwosKey =
+        store.value()->findKeysByPublicKey(cms::publicKeyInfo(two_.key()).value());
+    if (!withTwosKey) return withTwosKey.failure();
+    seen.keys = keys.value();
+    seen.requests = requests.value();
+    seen.one = one.value().certificate;
+    seen.oneKey = one.value().privateKey.pkcs8;
+    seen.oneTrusted = one.value().trusted;
+    seen.defaultLabel = byDefault.value().label;
+    seen.withTwosKey = withTwosKey.value().size();
+    return seen;
+  }
+
+  sys::Bytes good_;
+};
+
+constexpr int kTellingCodes[] = {
+    ZELKM_ERR_DATABASE_INVALID_VERSION, ZELKM_ERR_DATABASE_INVALID_FILE_TYPE,
+    ZELKM_ERR_DATABASE_CORRUPTION, ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION,
+    ZELKM_ERR_DATABASE_KEY_INTEGRITY};
+
+bool isTelling(int code) { return std::ranges::count(kTellingCodes, code) == 1; }
+
+TEST_F(DamageTest, NeverShowsAWrongAnswerWhateverByteIsFlipped) {
+  const sys::Result<Seen> right = look();
+  ASSERT_TRUE(right);
+  int refused = 0;
+  // Every byte of the header, then every seventh: the pages repeat themselves.
+  for (std::size_t at = 0; at < good_.size(); at += at < 256 ? 1 : 7) {
+    sys::Bytes bad = good_;
+    bad[at] ^= static_cast<std::uint8_t>(1U << (at % 8));
+    put(bad);
+    const sys::Result<Seen> seen = look();
+    if (seen) {
+      ASSERT_EQ(seen.value(), right.value()) << "byte " << at;
+    } else {
+      ASSERT_TRUE(isTelling(seen.code())) << "byte " << at << ": code " << seen.code();
+      ++refused;
+    }
+    ASSERT_EQ(present(), bad) << "byte " << at;
+  }
+  EXPECT_GT(refused, 100);
+  put(good_);
+  EXPECT_TRUE(look());
+}
+
+TEST_F(DamageTest, RefusesATruncatedFile) {
+  for (const std::size_t length :
+       {good_.size() - 1, good_.size() / 2, std::size_t{4096}, std::size_t{512}, std::size_t{100},
+        std::size_t{16}, std::size_t{1}}) {
+    const sys::Bytes cut(good_.begin(), good_.begin() + static_cast<std::ptrdiff_t>(length));
+    put(cut);
+    const int code = look().code();
+    EXPECT_TRUE(isTelling(code)) << length << ": code " << code;
+    EXPECT_EQ(present(), cut);
+  }
+}
+
+TEST_F(DamageTest, NeverTakesDamageForAWrongPassword) {
+  std::set<int> codes;
+  for (std::size_t at = 0; at < good_.size(); at += 13) {
+    sys::Bytes bad = good_;
+    bad[at] ^= 0xFFU;
+    put(bad);
+    codes.insert(look().code());
+  }
+  EXPECT_FALSE(codes.contains(ZELKM_ERR_DATABASE_INVALID_PASSWORD));
+}
+
+TEST_F(DamageTest, WritesNothingIntoADamagedFile) {
+  for (std::size_t at = 4096; at < good_.size(); at += 501) {
+    sys::Bytes bad = good_;
+    bad[at] ^= 0x40U;
+    put(bad);
+    const sys::ByteView password = sys::bytesOf(kPassword);
+    sys::Result<std::unique_ptr<Store>> store =
+        openKeyDatabase(file_, sys::SecretBytes(password.begin(), password.end()));
+    const bool written = store && store.value()->setTrusted("one", true);
+    if (!written) {
+      ASSERT_EQ(present(), bad) << at;
+      continue;
+    }
+    const sys::Result<Seen> seen = look();
+    ASSERT_TRUE(!seen || seen.value().oneTrusted) << at;
+  }
+}
+
+TEST_F(DamageTest, NoticesDamageUnderAnOpenHandle) {
+  const std::unique_ptr<Store> store = open();
+  ASSERT_TRUE(store->keyLabels());
+  sys::Bytes bad = good_;
+  const sys::Bytes label{'t', 'w', 'o'};
+  const auto at = std::search(bad.begin(), bad.end(), label.begin(), label.end());
+  ASSERT_NE(at, bad.end());
+  *at = 'T';
+  put(bad);
+  EXPECT_EQ(store->keyLabels().code(), ZELKM_ERR_DATABASE_CORRUPTION);
+}
+
+}  // namespace
+}  // namespace zel::km

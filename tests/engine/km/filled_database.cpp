@@ -1,0 +1,78 @@
+#include "tests/engine/km/filled_database.h"
+
+#include <sqlite3.h>
+
+#include <chrono>
+#include <thread>
+
+#include "engine/cms/openssl_ptr.h"
+
+namespace zel::km {
+
+namespace {
+
+Password passwordOf(const char* text) {
+  const sys::ByteView bytes = sys::bytesOf(text);
+  return sys::SecretBytes(bytes.begin(), bytes.end());
+}
+
+}  // namespace
+
+KeyEntry entryOf(const std::string& label, const cms::TestAuthority& authority) {
+  KeyEntry entry;
+  entry.label = label;
+  entry.certificate = authority.certificate();
+  entry.privateKey.pkcs8 = cms::privateKeyInfo(authority.key()).value();
+  return entry;
+}
+
+RequestEntry requestOf(const std::string& label, const cms::TestAuthority& authority) {
+  auto& key = const_cast<EVP_PKEY&>(authority.key());
+  const cms::RequestPtr request(X509_REQ_new());
+  X509_REQ_set_subject_name(request.get(),
+                            cms::decodeDer<cms::NamePtr>(d2i_X509_NAME, authority.name()).get());
+  X509_REQ_set_pubkey(request.get(), &key);
+  X509_REQ_sign(request.get(), &key, EVP_sha256());
+  RequestEntry entry;
+  entry.label = label;
+  entry.request = cms::encodeDer(i2d_X509_REQ, request.get());
+  entry.privateKey.pkcs8 = cms::privateKeyInfo(key).value();
+  return entry;
+}
+
+FilledDatabaseTest::FilledDatabaseTest() {
+  store_ = createKeyDatabase(file_, sys::bytesOf(kPassword), {}).value();
+  KeyEntry first = entryOf("one", one_);
+  first.isDefault = true;
+  KeyEntry second = entryOf("two", two_);
+  second.trusted = true;
+  EXPECT_TRUE(store_->insertKey(first));
+  EXPECT_TRUE(store_->insertKey(second));
+  EXPECT_TRUE(store_->insertRequest(requestOf("one", one_)));
+}
+
+std::unique_ptr<Store> FilledDatabaseTest::open() const {
+  return openKeyDatabase(file_, passwordOf(kPassword)).value();
+}
+
+int FilledDatabaseTest::openingCode() const {
+  return openKeyDatabase(file_, passwordOf(kPassword)).code();
+}
+
+int FilledDatabaseTest::listingCode() const {
+  sys::Result<std::unique_ptr<Store>> store = openKeyDatabase(file_, passwordOf(kPassword));
+  if (!store) return store.code();
+  const int code = store.value()->keyLabels().code();
+  return code != ZELKM_OK ? code : store.value()->requestLabels().code();
+}
+
+void FilledDatabaseTest::tamper(const std::string& sql) const {
+  sqlite3* connection = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &connection), SQLITE_OK);
+  char* message = nullptr;
+  EXPECT_EQ(sqlite3_exec(connection, sql.c_str(), nullptr, nullptr, &message), SQLITE_OK)
+      << message;
+  sqlite3_close(connection);
+}
+
+}  // namespace zel::km
