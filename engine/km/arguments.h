@@ -1,7 +1,6 @@
 #ifndef ZEL_KM_ARGUMENTS_H_
 #define ZEL_KM_ARGUMENTS_H_
 
-#include <optional>
 #include <string>
 
 #include "engine/sys/bytes.h"
@@ -15,11 +14,8 @@
 
 namespace zel::km {
 
-/** ZELKM_ERR_FILENAME_NULL (85) for null, ZELKM_ERR_PARAMETER (65) for text that is none. */
+/** ZELKM_ERR_FILENAME_NULL (85) for no name, ZELKM_ERR_PARAMETER (65) for text that is none. */
 sys::Result<std::string> fileNameArgument(const char* fileName);
-
-/** Nothing for null; ZELKM_ERR_PARAMETER (65) for text that is none. */
-sys::Result<std::optional<sys::SecretBytes>> optionalPasswordArgument(const char* password);
 
 /** ZELKM_ERR_NULL_PARAMETER (66) for null, ZELKM_ERR_PARAMETER (65) for text that is none. */
 sys::Result<sys::SecretBytes> passwordArgument(const char* password);

@@ -82,7 +82,6 @@ TEST_F(LifecycleTest, LeavesNothingBehindWhenItCannotCreate) {
 TEST_F(LifecycleTest, TellsAWrongPasswordAndLeavesTheFileAlone) {
   const sys::Bytes before = bytesOf(file_);
   EXPECT_EQ(open(file_, "a wrong one"), ZELKM_ERR_DATABASE_INVALID_PASSWORD);
-  EXPECT_EQ(open(file_, ""), ZELKM_ERR_DATABASE_INVALID_PASSWORD);
   EXPECT_EQ(bytesOf(file_), before);
 }
 

@@ -85,8 +85,7 @@ TEST_F(PasswordsTest, AsksMoreOfAPasswordForApprovedAlgorithms) {
 
 TEST_F(PasswordsTest, ExpireAndCanStillBeChanged) {
   ASSERT_EQ(change(kPassword, kOtherPassword, 1), ZELKM_OK);
-  EXPECT_EQ(openAndClose(kOtherPassword), ZELKM_OK);
-  std::this_thread::sleep_for(std::chrono::milliseconds(2100));
+  std::this_thread::sleep_for(std::chrono::milliseconds(1100));
   EXPECT_EQ(openAndClose(kOtherPassword), ZELKM_ERR_PASSWORD_EXPIRATION_TIME);
   EXPECT_EQ(openAndClose("a wrong one"), ZELKM_ERR_DATABASE_INVALID_PASSWORD);
   EXPECT_EQ(ZELKM_StashKeyDbPwd(file_.c_str(), kOtherPassword), ZELKM_ERR_PASSWORD_EXPIRATION_TIME);
@@ -103,6 +102,7 @@ TEST_F(PasswordsTest, OpenFromAStash) {
   EXPECT_EQ(openAndClose(nullptr), ZELKM_ERR_PWDFILE_NOT_EXIST);
   ASSERT_EQ(ZELKM_StashKeyDbPwd(file_.c_str(), kPassword), ZELKM_OK);
   EXPECT_EQ(openAndClose(nullptr), ZELKM_OK);
+  EXPECT_EQ(openAndClose(""), ZELKM_OK) << "Java cannot pass null";
   struct stat status {};
   ASSERT_EQ(::stat(stash_.c_str(), &status), 0);
   EXPECT_EQ(status.st_mode & 0777U, 0600U);
