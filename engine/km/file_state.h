@@ -1,9 +1,9 @@
 #ifndef ZEL_KM_FILE_STATE_H_
 #define ZEL_KM_FILE_STATE_H_
 
-#include <compare>
 #include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "engine/sys/result.h"
 
@@ -20,7 +20,10 @@ struct FileIdentity {
   std::uint64_t device = 0;
   std::uint64_t inode = 0;
 
-  auto operator<=>(const FileIdentity&) const = default;
+  bool operator==(const FileIdentity&) const = default;
+  bool operator<(const FileIdentity& other) const {
+    return std::tie(device, inode) < std::tie(other.device, other.inode);
+  }
 };
 
 /** A FileState changes with every write, but for writes within one tick of the system's clock. */
