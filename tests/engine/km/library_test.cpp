@@ -75,9 +75,5 @@ TEST_F(LibraryTest, TracesWhyButNoPassword) {
   EXPECT_EQ(ZELKM_CleanAll(), ZELKM_OK);
 }
 
-TEST_F(LibraryTest, SaysWhatItCannotDoYet) {
-  EXPECT_EQ(ZELKM_SetSecondaryKeyDb(1, 2), ZELKM_ERR_UNSUPPORTED_OPTION);
-}
-
 }  // namespace
 }  // namespace zel::km
