@@ -1,5 +1,7 @@
 #include "engine/km/token/certificate_objects.h"
 
+#include <cstring>
+
 #include "engine/cms/openssl_ptr.h"
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/sys/trace.h"
@@ -57,6 +59,13 @@ sys::Status createCertificateObject(Changes& changes, const CertificateParts& pa
   }
   if (rv != CKR_OK) return cryptokiFailure(rv, "take a certificate");
   return sys::success();
+}
+
+sys::Status changeMarks(Changes& changes, CK_OBJECT_HANDLE certificate, CertificateMarks marks) {
+  const CK_ULONG category = categoryOf(marks);
+  sys::Bytes value(sizeof category);
+  std::memcpy(value.data(), &category, sizeof category);
+  return changes.change(certificate, CKA_CERTIFICATE_CATEGORY, value);
 }
 
 }  // namespace zel::km::token

@@ -42,6 +42,9 @@ sys::Status createCertificateObject(Changes& changes, const CertificateParts& pa
                                     std::string_view label, sys::ByteView id,
                                     CertificateMarks marks);
 
+/** Marks a certificate that is on the token anew. */
+sys::Status changeMarks(Changes& changes, CK_OBJECT_HANDLE certificate, CertificateMarks marks);
+
 }  // namespace zel::km::token
 
 #endif  // ZEL_KM_TOKEN_CERTIFICATE_OBJECTS_H_

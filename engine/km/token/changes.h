@@ -41,7 +41,7 @@ class Changes {
   void doom(CK_OBJECT_HANDLE object) { doomed_.insert(object); }
   void spare(CK_OBJECT_HANDLE object) { doomed_.erase(object); }
   /** What is taken for gone already. */
-  const Doomed& doomed() const { return doomed_; }
+  const Handles& doomed() const { return doomed_; }
 
  private:
   /** How to undo one change: destroy the object, or give an attribute its old value back. */
@@ -55,7 +55,7 @@ class Changes {
   const Session& session_;
   bool underWay_ = false;
   std::vector<Undo> done_;
-  Doomed doomed_;
+  Handles doomed_;
 };
 
 }  // namespace zel::km::token

@@ -36,12 +36,32 @@ sys::Result<GeneratedKey> EntryWriter::generateKey(int keySize) {
       .privateKey = {.pkcs8 = {}, .reference = referenceTo(pair.value().handles.privateKey)}};
 }
 
+Handles EntryWriter::unclaimed() const {
+  Handles handles;
+  for (const KeyPairHandles& pair : unclaimed_) handles.insert(pair.privateKey);
+  return handles;
+}
+
 void EntryWriter::dropUnclaimed() {
   for (const KeyPairHandles& pair : unclaimed_) {
     (void)session_.destroy(pair.privateKey);  // gone already when a transaction was rolled back
     (void)session_.destroy(pair.publicKey);
   }
   unclaimed_.clear();
+}
+
+void EntryWriter::settle(bool kept) {
+  if (!kept) unclaimed_.insert(unclaimed_.end(), claimed_.begin(), claimed_.end());
+  claimed_.clear();
+}
+
+/** True when the key is a new one, whose ID is provisional. */
+bool EntryWriter::claimNew(CK_OBJECT_HANDLE privateKey) {
+  auto found = std::ranges::find(unclaimed_, privateKey, &KeyPairHandles::privateKey);
+  if (found == unclaimed_.end()) return false;
+  claimed_.push_back(*found);
+  unclaimed_.erase(found);
+  return true;
 }
 
 sys::Status EntryWriter::writeCertificate(const KeyEntry& entry) {
@@ -94,6 +114,36 @@ sys::Status EntryWriter::writeRequest(const RequestEntry& entry) {
   return rememberSubject(*key.value(), fields.value().subjectDer);
 }
 
+/** Most tokens change no mark of a certificate that they have: it is put there once more. */
+sys::Status EntryWriter::changeTrust(const CertificateEntry& entry, bool trusted) {
+  const CertificateObject& old = *entry.certificate;
+  if (old.trusted == trusted) return sys::success();
+  const CertificateMarks marks{.trusted = trusted, .hasPrivateKey = entry.privateKey != nullptr};
+  if (changeMarks(changes_, old.handle, marks)) return sys::success();
+  sys::Result<CertificateParts> parts = readCertificateParts(old.der);
+  if (!parts) return parts.failure();
+  changes_.doom(old.handle);
+  return createCertificateObject(changes_, parts.value(), old.label, old.id, marks);
+}
+
+sys::Status EntryWriter::replaceCertificate(const CertificateEntry& old, const KeyEntry& entry) {
+  if (old.certificate->der != entry.certificate) {
+    sys::Status written = writeCertificate(entry);
+    return written ? removeCertificate(old) : written;
+  }
+  // Some tokens have a certificate once only: it stays where it is, and gets what is new to it.
+  sys::Result<CertificateParts> parts = readCertificateParts(entry.certificate);
+  if (!parts) return parts.failure();
+  sys::Result<std::optional<KeyObjects>> key = keyFor(entry.privateKey, parts.value().publicKey);
+  if (!key) return key.failure();
+  if (key.value()) {
+    sys::Status claimed =
+        claim(*key.value(), old.certificate->label, parts.value().publicKey, parts.value().subject);
+    if (!claimed) return claimed;
+  }
+  return changeTrust(old, entry.trusted);
+}
+
 sys::Status EntryWriter::removeCertificate(const CertificateEntry& entry) {
   changes_.doom(entry.certificate->handle);
   if (entry.privateKey == nullptr) return sys::success();
@@ -108,12 +158,12 @@ sys::Status EntryWriter::removeRequest(const PendingEntry& entry) {
 
 sys::Result<std::optional<EntryWriter::KeyObjects>> EntryWriter::keyFor(const PrivateKey& key,
                                                                         sys::ByteView publicKey) {
-  sys::Result<Inventory> inventory = Inventory::take(session_, changes_.doomed());
-  if (!inventory) return inventory.failure();
+  sys::Result<Inventory> all = inventory();
+  if (!all) return all.failure();
   const PrivateKeyObject* known = key.reference.empty()
-                                      ? inventory.value().privateKeyOf(publicKey)
-                                      : inventory.value().privateKey(referredTo(key.reference));
-  if (known != nullptr) return std::optional(objectsOf(inventory.value(), *known));
+                                      ? all.value().privateKeyOf(publicKey)
+                                      : all.value().privateKey(referredTo(key.reference));
+  if (known != nullptr) return std::optional(objectsOf(all.value(), *known));
   if (!key.reference.empty()) {
     return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED,
                      "the private key is not on the token any more");
@@ -143,10 +193,7 @@ EntryWriter::KeyObjects EntryWriter::objectsOf(const Inventory& inventory,
 
 sys::Status EntryWriter::claim(KeyObjects& key, std::string_view label, sys::ByteView publicKey,
                                sys::ByteView subject) {
-  const auto isThisKey = [&](const KeyPairHandles& pair) {
-    return pair.privateKey == key.privateKey;
-  };
-  const bool isNew = std::erase_if(unclaimed_, isThisKey) > 0 || key.id.empty();
+  const bool isNew = claimNew(key.privateKey) || key.id.empty();
   if (key.subject.empty()) {
     sys::Status remembered = rememberSubject(key, subject);
     if (!remembered) sys::traceLine("the private key stays without a subject");
@@ -174,14 +221,13 @@ sys::Status EntryWriter::rememberSubject(const KeyObjects& key, sys::ByteView su
 }
 
 sys::Status EntryWriter::dropKeyIfUnused(CK_OBJECT_HANDLE privateKey) {
-  sys::Result<Inventory> inventory = Inventory::take(session_, changes_.doomed());
-  if (!inventory) return inventory.failure();
-  const PrivateKeyObject* key = inventory.value().privateKey(privateKey);
-  if (key == nullptr || inventory.value().isCertified(*key) ||
-      inventory.value().isRequested(*key)) {
+  sys::Result<Inventory> all = inventory();
+  if (!all) return all.failure();
+  const PrivateKeyObject* key = all.value().privateKey(privateKey);
+  if (key == nullptr || all.value().isCertified(*key) || all.value().isRequested(*key)) {
     return sys::success();
   }
-  for (const PublicKeyObject* each : inventory.value().publicKeysOf(*key)) {
+  for (const PublicKeyObject* each : all.value().publicKeysOf(*key)) {
     changes_.doom(each->handle);
   }
   changes_.doom(privateKey);

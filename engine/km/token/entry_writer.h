@@ -21,9 +21,14 @@ class EntryWriter {
  public:
   EntryWriter(const Session& session, Changes& changes) : session_(session), changes_(changes) {}
 
-  /** A key pair that no entry has yet. Its objects are destroyed by dropUnclaimed, unless. */
+  /** A new key pair, in no entry yet. */
   sys::Result<GeneratedKey> generateKey(int keySize);
+  /** The private keys of the new key pairs that are in no entry. */
+  Handles unclaimed() const;
+  /** Destroys the new key pairs that have not become part of an entry. */
   void dropUnclaimed();
+  /** To be called at the end of a transaction: new key pairs that it used are kept, or are not. */
+  void settle(bool kept);
 
   /** Writes the entry's certificate, and its key when the token does not have it. */
   sys::Status writeCertificate(const KeyEntry& entry);
@@ -32,6 +37,10 @@ class EntryWriter {
    * no data objects only the key remembers what was requested: its subject, not its extensions.
    */
   sys::Status writeRequest(const RequestEntry& entry);
+  /** Marks a certificate that is on the token as trusted, or not. */
+  sys::Status changeTrust(const CertificateEntry& entry, bool trusted);
+  /** Puts the entry in the place of the old one. */
+  sys::Status replaceCertificate(const CertificateEntry& old, const KeyEntry& entry);
   sys::Status removeCertificate(const CertificateEntry& entry);
   sys::Status removeRequest(const PendingEntry& entry);
 
@@ -50,8 +59,12 @@ class EntryWriter {
     sys::Bytes subject;
   };
 
+  sys::Result<Inventory> inventory() const {
+    return Inventory::take(session_, changes_.doomed(), unclaimed());
+  }
   sys::Result<std::optional<KeyObjects>> keyFor(const PrivateKey& key, sys::ByteView publicKey);
   static KeyObjects objectsOf(const Inventory& inventory, const PrivateKeyObject& key);
+  bool claimNew(CK_OBJECT_HANDLE privateKey);
   /** Gives the key pair the label, ID and subject that it does not have yet. */
   sys::Status claim(KeyObjects& key, std::string_view label, sys::ByteView publicKey,
                     sys::ByteView subject);
@@ -62,6 +75,7 @@ class EntryWriter {
   const Session& session_;
   Changes& changes_;
   std::vector<KeyPairHandles> unclaimed_;
+  std::vector<KeyPairHandles> claimed_; /**< by the transaction that is under way */
 };
 
 }  // namespace zel::km::token

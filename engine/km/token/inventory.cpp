@@ -82,16 +82,18 @@ const Entry* withLabel(const std::vector<Entry>& entries, std::string_view label
 
 }  // namespace
 
-sys::Result<Inventory> Inventory::take(const Session& session, const Doomed& doomed) {
+sys::Result<Inventory> Inventory::take(const Session& session, const Handles& doomed,
+                                       const Handles& unclaimed) {
   sys::Result<TokenObjects> objects = readTokenObjects(session, doomed);
   if (!objects) return objects.failure();
-  return Inventory(std::move(objects).value());
+  return Inventory(std::move(objects).value(), unclaimed);
 }
 
-Inventory::Inventory(TokenObjects objects) : objects_(std::move(objects)) {
+Inventory::Inventory(TokenObjects objects, const Handles& unclaimed)
+    : objects_(std::move(objects)) {
   completePublicKeys();
   enterCertificates();
-  enterRequests();
+  enterRequests(unclaimed);
 }
 
 /** EC private keys do not tell their public key, but have a public key object beside them. */
@@ -124,7 +126,7 @@ void Inventory::enterCertificates() {
   numberLabels(certificates_);
 }
 
-void Inventory::enterRequests() {
+void Inventory::enterRequests(const Handles& unclaimed) {
   for (const RequestObject& request : objects_.requests) {
     const PrivateKeyObject* key = privateKeyOf(request.publicKey);
     std::string label = request.label;
@@ -132,7 +134,7 @@ void Inventory::enterRequests() {
     requests_.push_back({std::move(label), &request, key});
   }
   for (const PrivateKeyObject& key : objects_.privateKeys) {
-    if (isCertified(key) || isRequested(key)) continue;
+    if (unclaimed.contains(key.handle) || isCertified(key) || isRequested(key)) continue;
     requests_.push_back({labelOf(key), nullptr, &key});
   }
   const auto precedes = [](const PendingEntry& left, const PendingEntry& right) {

@@ -11,7 +11,7 @@
  * @file
  * What lies on a token, sorted into entries: objects that belong together are found together.
  *
- *     Result<Inventory> inventory = Inventory::take(session, {});
+ *     Result<Inventory> inventory = Inventory::take(session, {}, {});
  *     const CertificateEntry* entry = inventory.value().certificate("web");
  *     if (entry != nullptr && entry->privateKey != nullptr) ...
  *
@@ -45,8 +45,9 @@ struct PendingEntry {
 
 class Inventory {
  public:
-  /** Reads the token. */
-  static sys::Result<Inventory> take(const Session& session, const Doomed& doomed);
+  /** Reads the token. Private keys that are `unclaimed` are no entries. */
+  static sys::Result<Inventory> take(const Session& session, const Handles& doomed,
+                                     const Handles& unclaimed);
 
   Inventory(const Inventory&) = delete;
   Inventory& operator=(const Inventory&) = delete;
@@ -72,11 +73,11 @@ class Inventory {
   std::vector<const PublicKeyObject*> publicKeysOf(const PrivateKeyObject& key) const;
 
  private:
-  explicit Inventory(TokenObjects objects);
+  Inventory(TokenObjects objects, const Handles& unclaimed);
 
   void completePublicKeys();
   void enterCertificates();
-  void enterRequests();
+  void enterRequests(const Handles& unclaimed);
   const PrivateKeyObject* keyOf(const CertificateObject& certificate) const;
 
   TokenObjects objects_;

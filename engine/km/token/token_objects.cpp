@@ -15,7 +15,7 @@ sys::Bytes copyOf(sys::ByteView bytes) { return {bytes.begin(), bytes.end()}; }
 
 /** Reads all objects of a class; an object that `make` answers nothing for is left out. */
 template <typename Object, typename Make>
-sys::Result<std::vector<Object>> readClass(const Session& session, const Doomed& doomed,
+sys::Result<std::vector<Object>> readClass(const Session& session, const Handles& doomed,
                                            CK_OBJECT_CLASS objectClass,
                                            std::span<const CK_ATTRIBUTE_TYPE> types, Make make) {
   Template wanted;
@@ -91,7 +91,7 @@ std::optional<RequestObject> requestFrom(const Attributes& attributes) {
 
 }  // namespace
 
-sys::Result<TokenObjects> readTokenObjects(const Session& session, const Doomed& doomed) {
+sys::Result<TokenObjects> readTokenObjects(const Session& session, const Handles& doomed) {
   static constexpr CK_ATTRIBUTE_TYPE kOfCertificates[] = {
       CKA_LABEL, CKA_ID, CKA_CERTIFICATE_TYPE, CKA_VALUE, CKA_TRUSTED, CKA_CERTIFICATE_CATEGORY};
   static constexpr CK_ATTRIBUTE_TYPE kOfKeys[] = {CKA_LABEL,     CKA_ID,      CKA_KEY_TYPE,

@@ -58,10 +58,10 @@ struct TokenObjects {
   std::vector<RequestObject> requests;
 };
 
-/** Handles of objects that are to be taken for gone. */
-using Doomed = std::set<CK_OBJECT_HANDLE>;
+using Handles = std::set<CK_OBJECT_HANDLE>;
 
-sys::Result<TokenObjects> readTokenObjects(const Session& session, const Doomed& doomed);
+/** Reads all but the doomed objects, which are to be taken for gone. */
+sys::Result<TokenObjects> readTokenObjects(const Session& session, const Handles& doomed);
 
 }  // namespace zel::km::token
 

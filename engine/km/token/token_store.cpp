@@ -200,9 +200,7 @@ sys::Status TokenStore::replaceKey(const KeyEntry& entry) {
     if (!all) return all.failure();
     const CertificateEntry* old = all.value().certificate(entry.label);
     if (old == nullptr) return noSuchLabel(entry.label);
-    sys::Status written = writer_.writeCertificate(entry);
-    if (!written) return written;
-    return writer_.removeCertificate(*old);
+    return writer_.replaceCertificate(*old, entry);
   });
 }
 
@@ -242,36 +240,45 @@ sys::Status TokenStore::removeRequest(const std::string& label) {
 sys::Status TokenStore::setDefault(const std::string& /*label*/) { return noDefaultKey(); }
 
 sys::Status TokenStore::setTrusted(const std::string& label, bool trusted) {
-  sys::Result<KeyEntry> entry = findKey(label);
-  if (!entry) return entry.failure();
-  if (entry.value().trusted == trusted) return sys::success();
-  entry.value().trusted = trusted;
-  return replaceKey(entry.value());
+  return inTransaction([&]() -> sys::Status {
+    sys::Result<Inventory> all = inventory();
+    if (!all) return all.failure();
+    const CertificateEntry* found = all.value().certificate(label);
+    if (found == nullptr) return noSuchLabel(label);
+    return writer_.changeTrust(*found, trusted);
+  });
 }
 
 sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) {
   if (changes_.underWay()) return body();
   changes_.begin();
   try {
-    sys::Status done = sys::success();
-    if (secondary_ == 0) {
-      done = body();
-    } else {
-      done = onSecondary([&](Store& secondary) -> sys::Status {
-        secondaryInUse_ = &secondary;
-        sys::Status both = secondary.inTransaction(body);
-        secondaryInUse_ = nullptr;
-        return both;
-      });
+    sys::Status done = secondary_ == 0 ? body() : withSecondary(body);
+    if (!done) {
+      takeBack();
+      return done;
     }
-    if (done) return changes_.commit();
-    changes_.rollBack();
-    return done;
   } catch (...) {
-    secondaryInUse_ = nullptr;
-    changes_.rollBack();
+    takeBack();
     throw;
   }
+  secondaryInUse_ = nullptr;
+  writer_.settle(true);
+  return changes_.commit();
+}
+
+/** The secondary commits first: when it cannot, the token is still to be taken back. */
+sys::Status TokenStore::withSecondary(const std::function<sys::Status()>& body) {
+  return onSecondary([&](Store& secondary) -> sys::Status {
+    secondaryInUse_ = &secondary;
+    return secondary.inTransaction(body);
+  });
+}
+
+void TokenStore::takeBack() {
+  secondaryInUse_ = nullptr;
+  changes_.rollBack();
+  writer_.settle(false);
 }
 
 sys::Result<GeneratedKey> TokenStore::generateKey(int keySize) {

@@ -69,9 +69,14 @@ class TokenStore final : public Store {
  private:
   explicit TokenStore(std::unique_ptr<Session> session);
 
-  sys::Result<Inventory> inventory() { return Inventory::take(*session_, changes_.doomed()); }
+  sys::Result<Inventory> inventory() const {
+    return Inventory::take(*session_, changes_.doomed(), writer_.unclaimed());
+  }
   sys::Result<RequestEntry> requestEntry(const PendingEntry& pending);
 
+  /** Runs the body as a transaction of the secondary key database too. */
+  sys::Status withSecondary(const std::function<sys::Status()>& body);
+  void takeBack();
   /** Runs the body on the secondary key database. Only to be called when there is one. */
   sys::Status onSecondary(const std::function<sys::Status(Store&)>& body);
 
