@@ -8,7 +8,6 @@ import java.lang.invoke.MethodType;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
 import java.util.stream.Stream;
-import org.junit.jupiter.api.Test;
 import org.junit.jupiter.params.ParameterizedTest;
 import org.junit.jupiter.params.provider.CsvSource;
 import org.junit.jupiter.params.provider.ValueSource;
@@ -43,7 +42,13 @@ class NativeShapesTest {
         "DNItem addOptionalField ($String;)V",
         "KeyItem setHasPrivateKey (Z)V",
         "CMSKeyDatabase addKeyLabel ($String;)V",
-        "CMSKeyDatabase addReqKeyLabel ($String;)V"
+        "CMSKeyDatabase addReqKeyLabel ($String;)V",
+        "CryptographicToken addPersonalKeyLabel ($String;)V",
+        "CryptographicToken addSignerKeyLabel ($String;)V",
+        "CryptographicToken addRequestKeyLabel ($String;)V",
+        "MSCertificateStore addKeyLabel ($String;)V",
+        "MSCertificateStore addPersonalKeyLabel ($String;)V",
+        "MSCertificateStore addSignerKeyLabel ($String;)V"
       })
   void callbacksAreThere(String className, String name, String descriptor) throws Exception {
     MethodType type = methodType(descriptor);
@@ -53,12 +58,19 @@ class NativeShapesTest {
     assertTrue(!Modifier.isStatic(method.getModifiers()));
   }
 
-  @Test
-  void theCallbackForTheTableOfNamesIsStatic() throws Exception {
-    Method method =
-        CMSKeyDatabaseException.class.getDeclaredMethod("addCMSErrCode", int.class, String.class);
+  @ParameterizedTest
+  @CsvSource(
+      delimiter = ' ',
+      value = {
+        "CMSKeyDatabaseException addCMSErrCode (I$String;)Z",
+        "CryptographicToken addTokenLabel ($String;)V",
+        "MSCertificateStore addCSPName ($String;)V"
+      })
+  void staticCallbacksAreThere(String className, String name, String descriptor) throws Exception {
+    MethodType type = methodType(descriptor);
+    Method method = itemClass(className).getDeclaredMethod(name, type.parameterArray());
 
-    assertEquals(boolean.class, method.getReturnType());
+    assertEquals(type.returnType(), method.getReturnType());
     assertTrue(Modifier.isStatic(method.getModifiers()));
   }
 
@@ -73,7 +85,9 @@ class NativeShapesTest {
     "KMSystem, 6",
     "CMSKeyDatabaseException, 1",
     "CMSKeyDatabase, 38",
-    "WEBDBKeyDatabase, 1"
+    "WEBDBKeyDatabase, 1",
+    "CryptographicToken, 17",
+    "MSCertificateStore, 9"
   })
   void nativeMethodsArePrivateAndComplete(String className, int count) throws Exception {
     var natives =

@@ -1,0 +1,175 @@
+package com.nelo.security.cmskeystore;
+
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
+import static org.junit.jupiter.api.Assertions.assertDoesNotThrow;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertNull;
+import static org.junit.jupiter.api.Assertions.assertThrows;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.KeyType;
+import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
+import java.lang.reflect.Method;
+import java.lang.reflect.Modifier;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.time.Duration;
+import java.util.List;
+import java.util.Set;
+import java.util.stream.Stream;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.function.Executable;
+import org.junit.jupiter.api.io.TempDir;
+
+/** The legacy classes on a key database that the newer ones have filled. */
+class CMSKeyDatabaseTest {
+  private static final char[] PASSWORD = "correct horse 1!".toCharArray();
+
+  /** What a key with a certificate is made of. */
+  private static final Set<String> LEGACY_ITEMS =
+      Set.of(
+          "com.nelo.security.cmskeystore.BERObject",
+          "com.nelo.security.cmskeystore.CertificateItem",
+          "com.nelo.security.cmskeystore.DNItem",
+          "com.nelo.security.cmskeystore.EncryptedPrivateKeyInfoItem",
+          "com.nelo.security.cmskeystore.KeyItem");
+
+  @TempDir Path folder;
+  private Path file;
+
+  @BeforeEach
+  void aDatabaseHasOneKey() throws Exception {
+    file = folder.resolve("test.kdb");
+    try (var db =
+        com.nelo.zel.vosmar.basic.CMSKeyDatabase.create(file, PASSWORD, Duration.ZERO)) {
+      db.createSelfSigned(
+          new SelfSignedCertificate(
+              "key",
+              com.nelo.zel.vosmar.basic.DNItem.parse("CN=key,O=Example,C=DE"),
+              KeyType.ec(256)));
+    }
+  }
+
+  @Test
+  void aKeyIsMadeOfLegacyItemsAlone() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertEquals(LEGACY_ITEMS, new ObjectTree(db.key("key")).classNames());
+    }
+  }
+
+  @Test
+  void aListOfKeysIsMadeOfLegacyItemsAlone() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertEquals(LEGACY_ITEMS, new ObjectTree(db.keysWithLabel("key")).classNames());
+    }
+  }
+
+  @Test
+  void theKeysOfAPublicKeyAreMadeOfLegacyItemsAlone() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      byte[] publicKey = db.key("key").certificate().x509().getPublicKey().getEncoded();
+
+      List<KeyItem> items = db.keysWithPublicKey(publicKey);
+
+      assertEquals(1, items.size());
+      assertEquals(LEGACY_ITEMS, new ObjectTree(items).classNames());
+      assertEquals(List.of(), db.keysWithPublicKey(new byte[] {0x30, 0}));
+    }
+  }
+
+  @Test
+  void aLegacyKeySaysWhatTheNewerOneSays() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD);
+        var newer = com.nelo.zel.vosmar.basic.CMSKeyDatabase.open(file, PASSWORD)) {
+      KeyItem item = db.key("key");
+      var same = newer.key("key");
+
+      assertEquals("key", item.label());
+      assertEquals(same.keySize(), item.keySize());
+      assertEquals(same.hasPrivateKey(), item.hasPrivateKey());
+      assertEquals(same.isTrusted(), item.isTrusted());
+      assertEquals("key", item.certificate().subject().commonName());
+      assertEquals("Example", item.certificate().subject().organisation());
+      assertNull(item.certificate().subject().locality());
+      assertEquals(same.certificate().notAfter(), item.certificate().notAfter());
+      assertArrayEquals(same.certificate().der(), item.certificate().der());
+      assertArrayEquals(same.certificate().tbsCertificate(), item.certificate().tbsCertificate());
+    }
+  }
+
+  @Test
+  void labelsReachTheLegacyObject() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertEquals(List.of("key"), db.labels().keys());
+      assertEquals(List.of(), db.labels().requests());
+      assertTrue(db.isPrivateKeyPresent("key"));
+    }
+  }
+
+  @Test
+  void theFourthArgumentOfTheLookupIsNotLookedAt() throws Exception {
+    Method lookup =
+        CMSKeyDatabase.class.getDeclaredMethod(
+            "c_GetKeyItemByLabel", String.class, String.class, String.class, boolean.class);
+    lookup.setAccessible(true);
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      Object item = lookup.invoke(db, file.toString(), new String(PASSWORD), "key", true);
+
+      assertEquals("key", ((KeyItem) item).label());
+    }
+  }
+
+  @Test
+  void aLabelThatNoKeyHasIsCode117() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertFails(117, () -> db.key("other"));
+      assertFails(117, () -> db.keysWithLabel("other"));
+      assertFails(117, () -> db.isPrivateKeyPresent("other"));
+    }
+  }
+
+  @Test
+  void createsOpensAndChangesPasswords() throws Exception {
+    Path other = folder.resolve("other.kdb");
+    char[] newPassword = "better horse 2!".toCharArray();
+
+    CMSKeyDatabase.create(other, PASSWORD, Duration.ZERO).close();
+    assertFails(9, () -> CMSKeyDatabase.create(other, PASSWORD, Duration.ZERO));
+    CMSKeyDatabase.changePassword(other, PASSWORD, newPassword, Duration.ZERO);
+    assertFails(16, () -> CMSKeyDatabase.open(other, PASSWORD));
+
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(other, newPassword)) {
+      db.stashPassword();
+    }
+    assertTrue(Files.exists(folder.resolve("other.sth")));
+    assertDoesNotThrow(
+        () -> CMSKeyDatabase.createFips(folder.resolve("fips.kdb"), PASSWORD, Duration.ZERO));
+  }
+
+  @Test
+  void theLibraryStartsOnceMore() throws Exception {
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertDoesNotThrow(() -> db.restartLibrary(false));
+      assertEquals(List.of("key"), db.labels().keys());
+    }
+  }
+
+  @Test
+  void nativeMethodsArePrivateAndComplete() {
+    var natives =
+        Stream.of(CMSKeyDatabase.class.getDeclaredMethods())
+            .filter(method -> Modifier.isNative(method.getModifiers()))
+            .toList();
+
+    assertEquals(15, natives.size());
+    assertTrue(natives.stream().allMatch(method -> Modifier.isPrivate(method.getModifiers())));
+    assertFalse(natives.stream().anyMatch(method -> Modifier.isStatic(method.getModifiers())));
+  }
+
+  private static void assertFails(int code, Executable operation) {
+    assertEquals(code, assertThrows(CMSKeyDatabaseException.class, operation).code());
+  }
+}
