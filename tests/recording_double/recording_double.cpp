@@ -53,6 +53,10 @@ void OperationCall::setsFlag(unsigned char* out) {
   if (*out != 0) wrong("is given an output that was not cleared");
   if (!writesOutputs()) return;
   *out = library().flag;
+  if (std::deque<unsigned char>& next = library().nextFlags; !next.empty()) {
+    *out = next.front();
+    next.pop_front();
+  }
   outputs_ += ", " + std::to_string(*out);
 }
 

@@ -2,6 +2,7 @@
 #define TESTS_RECORDING_DOUBLE_RECORDING_DOUBLE_H_
 
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <string>
@@ -60,8 +61,9 @@ struct RecordingDouble {
   Bytes unsignedCert = {0x30, 0x7b};
   Bytes decodedFile = {0x30, 0xdf};
 
-  /** The byte that the operations with a flag as output set. */
+  /** The byte that the operations with a flag as output set, after the bytes of nextFlags. */
   unsigned char flag = 1;
+  std::deque<unsigned char> nextFlags;
 
   uint32_t maxCryptoKeySize = 16384;
 

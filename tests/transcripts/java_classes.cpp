@@ -13,6 +13,10 @@ JavaMember method(const char* name, const char* signature) {
   return {JavaMember::kMethod, name, signature};
 }
 
+JavaMember staticMethod(const char* name, const char* signature) {
+  return {JavaMember::kStaticMethod, name, signature};
+}
+
 JavaMember constructor(const char* signature) { return method("<init>", signature); }
 
 JavaMember text(const char* field) { return {JavaMember::kField, field, "Ljava/lang/String;"}; }
@@ -23,10 +27,18 @@ void declareJavaClasses(JavaHeap& heap) {
   const std::string basic = kBasic;
   heap.declare(basic + "KMSystem", {});
   heap.declare(basic + "CMSKeyDatabaseException",
-               {{JavaMember::kStaticMethod, "addCMSErrCode", "(ILjava/lang/String;)Z"}});
+               {staticMethod("addCMSErrCode", "(ILjava/lang/String;)Z")});
   heap.declare(basic + "CMSKeyDatabase",
                {method("addKeyLabel", kTakesText), method("addReqKeyLabel", kTakesText)});
   heap.declare(basic + "WEBDBKeyDatabase", {});
+  heap.declare(
+      basic + "CryptographicToken",
+      {staticMethod("addTokenLabel", kTakesText), method("addPersonalKeyLabel", kTakesText),
+       method("addSignerKeyLabel", kTakesText), method("addRequestKeyLabel", kTakesText)});
+  heap.declare(
+      basic + "MSCertificateStore",
+      {staticMethod("addCSPName", kTakesText), method("addKeyLabel", kTakesText),
+       method("addPersonalKeyLabel", kTakesText), method("addSignerKeyLabel", kTakesText)});
   heap.declare(basic + "BERObject", {constructor(kTakesBytes)});
   heap.declare(basic + "EncryptedPrivateKeyInfoItem", {constructor(kTakesBytes)});
   heap.declare(basic + "PrivateKeyInfoItem", {constructor(kTakesBytes)});
