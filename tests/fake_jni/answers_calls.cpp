@@ -1,4 +1,5 @@
 #include <cstdarg>
+#include <vector>
 
 #include "tests/fake_jni/function_table.h"
 #include "tests/fake_jni/jni_call.h"
@@ -26,6 +27,7 @@ class Arguments {
 
   const std::string& text() const { return text_; }
   const std::string& mistake() const { return mistake_; }
+  const std::vector<jobject>& references() const { return references_; }
 
  private:
   static size_t endOfType(const std::string& signature, size_t at) {
@@ -57,12 +59,14 @@ class Arguments {
     if (value != nullptr && (thing == nullptr || thing->type != type)) {
       mistake_ = "passes " + shown(env_, value) + " as " + type;
     }
+    if (value != nullptr) references_.push_back(value);
     return shown(env_, value);
   }
 
   JNIEnv* env_;
   std::string text_;
   std::string mistake_;
+  std::vector<jobject> references_;
 };
 
 /** A call of a method of an object, or of a static one or a constructor of a class. */
@@ -71,11 +75,14 @@ class MethodCall : public JniCall {
   MethodCall(JNIEnv* env, const char* function, jobject receiver, jmethodID method, va_list list)
       : MethodCall(env, function, receiver, method, Arguments(env, method, list)) {}
 
+  /** The objects among the arguments. */
+  const std::vector<jobject>& references() const { return references_; }
+
  private:
   MethodCall(JNIEnv* env, const char* function, jobject receiver, jmethodID method,
              const Arguments& arguments)
-      : JniCall(env, function,
-                shown(env, receiver) + ", " + shown(env, method) + arguments.text()) {
+      : JniCall(env, function, shown(env, receiver) + ", " + shown(env, method) + arguments.text()),
+        references_(arguments.references()) {
     const JavaThing* target = heap().thing(receiver);
     if (!arguments.mistake().empty()) {
       wrong(arguments.mistake());
@@ -87,6 +94,8 @@ class MethodCall : public JniCall {
   static std::string typeOf(const JavaThing& target) {
     return target.kind == JavaThing::kClass ? 'L' + target.text + ';' : target.type;
   }
+
+  std::vector<jobject> references_;
 };
 
 jobject newObjectV(JNIEnv* env, jclass type, jmethodID constructor, va_list list) {
@@ -94,7 +103,9 @@ jobject newObjectV(JNIEnv* env, jclass type, jmethodID constructor, va_list list
   if (call.needs(type, JavaThing::kClass) == nullptr || constructor == nullptr || call.fails()) {
     return call.null();
   }
-  return call.returns(call.heap().newObject(type));
+  jobject made = call.heap().newObject(type);
+  call.heap().thing(made)->elements = call.references();
+  return call.returns(made);
 }
 
 /** The receiver may be null, where a native must call on without a check. */

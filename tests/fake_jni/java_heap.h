@@ -38,7 +38,7 @@ struct JavaThing {
   std::string text = {};          // of a string; of a class its full name
   const JavaMember* member = {};  // of a member
   std::vector<uint8_t> bytes = {};
-  std::vector<jobject> elements = {};
+  std::vector<jobject> elements = {};  // of an array; of an object what it was made of
   std::map<std::string, jobject> fields = {};
 };
 

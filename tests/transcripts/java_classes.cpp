@@ -1,6 +1,7 @@
 #include "tests/transcripts/java_classes.h"
 
 #include <string>
+#include <vector>
 
 namespace zel::test {
 
@@ -21,6 +22,20 @@ JavaMember constructor(const char* signature) { return method("<init>", signatur
 
 JavaMember text(const char* field) { return {JavaMember::kField, field, "Ljava/lang/String;"}; }
 
+/** The item classes that both packages have. */
+void declareItems(JavaHeap& heap, const std::string& package, const LongSignature& certificateItem,
+                  const std::vector<JavaMember>& keyItem) {
+  heap.declare(package + "BERObject", {constructor(kTakesBytes)});
+  heap.declare(package + "EncryptedPrivateKeyInfoItem", {constructor(kTakesBytes)});
+  heap.declare(package + "PrivateKeyInfoItem", {constructor(kTakesBytes)});
+  heap.declare(package + "DNItem",
+               {text("cn"), text("ou"), text("o"), text("l"), text("s"), text("pc"), text("c"),
+                constructor(kDnItem.signature), method("addOptionalField", kTakesText)});
+  heap.declare(package + "CertificateItem",
+               {constructor(kTakesBytes), constructor(certificateItem.signature)});
+  heap.declare(package + "KeyItem", keyItem);
+}
+
 }  // namespace
 
 void declareJavaClasses(JavaHeap& heap) {
@@ -39,18 +54,16 @@ void declareJavaClasses(JavaHeap& heap) {
       basic + "MSCertificateStore",
       {staticMethod("addCSPName", kTakesText), method("addKeyLabel", kTakesText),
        method("addPersonalKeyLabel", kTakesText), method("addSignerKeyLabel", kTakesText)});
-  heap.declare(basic + "BERObject", {constructor(kTakesBytes)});
-  heap.declare(basic + "EncryptedPrivateKeyInfoItem", {constructor(kTakesBytes)});
-  heap.declare(basic + "PrivateKeyInfoItem", {constructor(kTakesBytes)});
-  heap.declare(basic + "DNItem",
-               {text("cn"), text("ou"), text("o"), text("l"), text("s"), text("pc"), text("c"),
-                constructor(kDnItem.signature), method("addOptionalField", kTakesText)});
-  heap.declare(basic + "CertificateItem",
-               {constructor(kTakesBytes), constructor(kCertificateItem.signature)});
   heap.declare(basic + "CertificateRequestItem", {constructor(kCertificateRequestItem.signature)});
-  heap.declare(basic + "KeyItem",
+  declareItems(heap, basic, kCertificateItem,
                {constructor(kKeyItem.signature), constructor(kRequestKeyItem.signature),
                 method("setHasPrivateKey", "(Z)V")});
+
+  const std::string legacy = kLegacy;
+  heap.declare(legacy + "CMSKeyDatabase",
+               {method("addKeyLabel", kTakesText), method("addReqKeyLabel", kTakesText)});
+  declareItems(heap, legacy, kLegacyCertificateItem,
+               {constructor(kLegacyKeyItem.signature), method("setHasPrivateKey", "(Z)V")});
 }
 
 }  // namespace zel::test

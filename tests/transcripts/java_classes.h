@@ -8,6 +8,9 @@ namespace zel::test {
 /** Package of the item classes and of the classes with natives. */
 inline constexpr const char* kBasic = "com/nelo/zel/vosmar/basic/";
 
+/** The older package, with item classes of its own. */
+inline constexpr const char* kLegacy = "com/nelo/security/cmskeystore/";
+
 /** A constructor signature that is too long for a line, and what transcripts write for it. */
 struct LongSignature {
   const char* shorthand;
@@ -42,8 +45,22 @@ inline constexpr LongSignature kRequestKeyItem = {
     "(Ljava/lang/String;SSLcom/nelo/zel/vosmar/basic/EncryptedPrivateKeyInfoItem;"
     "Lcom/nelo/zel/vosmar/basic/CertificateRequestItem;Lcom/nelo/zel/vosmar/basic/BERObject;)V"};
 
+inline constexpr LongSignature kLegacyCertificateItem = {
+    "{legacy CertificateItem}",
+    "(SSLjava/lang/String;Lcom/nelo/security/cmskeystore/DNItem;"
+    "Lcom/nelo/security/cmskeystore/DNItem;JJLcom/nelo/security/cmskeystore/BERObject;"
+    "Lcom/nelo/security/cmskeystore/BERObject;[BLcom/nelo/security/cmskeystore/BERObject;"
+    "Ljava/lang/String;Ljava/lang/String;[B[B)V"};
+
+inline constexpr LongSignature kLegacyKeyItem = {
+    "{legacy KeyItem}",
+    "(Ljava/lang/String;SSLcom/nelo/security/cmskeystore/EncryptedPrivateKeyInfoItem;"
+    "[Lcom/nelo/security/cmskeystore/CertificateItem;Lcom/nelo/security/cmskeystore/BERObject;"
+    "ZZ)V"};
+
 inline constexpr LongSignature kLongSignatures[] = {
-    kDnItem, kCertificateItem, kCertificateRequestItem, kKeyItem, kRequestKeyItem};
+    kDnItem,         kCertificateItem,       kCertificateRequestItem, kKeyItem,
+    kRequestKeyItem, kLegacyCertificateItem, kLegacyKeyItem};
 
 /** declareJavaClasses() declares every class that the bridge looks up, with what it looks up. */
 void declareJavaClasses(JavaHeap& heap);

@@ -34,7 +34,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 }  // namespace
 
-NativeTest::NativeTest(const std::string& className) {
+NativeTest::NativeTest(const std::string& className, const std::string& package) {
   recorder().reset();
   // A new fake answers the names of references again after the reset.
   recorder().nameOfReference = [this](uint64_t value) {
@@ -43,7 +43,7 @@ NativeTest::NativeTest(const std::string& className) {
   watchedLibc().reset();
   resetLibrary();
   declareJavaClasses(jni.heap);
-  type = classOf(className.c_str());
+  type = jni.heap.classNamed(package + className);
   self = jni.heap.newObject(type, "this");
   bridge::debugMsgEnv = "";
 }

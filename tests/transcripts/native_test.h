@@ -53,7 +53,7 @@ namespace zel::test {
 class NativeTest : public testing::Test {
  protected:
   /** The natives under test are called on "this", an object of the class, or on the class. */
-  explicit NativeTest(const std::string& className);
+  explicit NativeTest(const std::string& className, const std::string& package = kBasic);
   ~NativeTest() override;
 
   jstring text(const std::string& value) { return jni.heap.newString(value); }
