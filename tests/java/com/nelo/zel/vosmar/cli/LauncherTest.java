@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.nio.file.Files;
@@ -61,6 +62,30 @@ class LauncherTest {
     try (var files = Files.list(temporary)) {
       assertEquals(0, files.filter(file -> !file.toString().contains("hsperfdata")).count());
     }
+  }
+
+  @Test
+  void aFolderWithoutTheLibraryIsNotSearchedAround() throws Exception {
+    AssertionError failure =
+        assertThrows(
+            AssertionError.class,
+            () ->
+                Programs.run(
+                    PASSWORD,
+                    Programs.jdk("java"),
+                    "-Dvosmar.library.dir=" + folder,
+                    "-cp",
+                    HOME.resolve("vosmar.jar") + ":" + System.getProperty("vosmar.test.picocli"),
+                    Main.class.getName(),
+                    "db",
+                    "create",
+                    folder.resolve("server.kdb"),
+                    "--password-env",
+                    "PWD_VAR"));
+
+    assertTrue(
+        failure.getMessage().contains(" ended with 1: vosmar: Can't load library: " + folder),
+        failure.getMessage());
   }
 
   @Test

@@ -11,9 +11,18 @@ final class Main {
   public static void main(String[] arguments) {
     Console console = System.console();
     Secrets secrets = new Secrets(System::getenv, console == null ? null : console::readPassword);
-    int exitCode = commandLine(secrets).execute(arguments);
-    KMSystem.stop();
-    System.exit(exitCode);
+    System.exit(run(commandLine(secrets), arguments));
+  }
+
+  private static int run(CommandLine command, String... arguments) {
+    try {
+      return command.execute(arguments);
+    } catch (UnsatisfiedLinkError noLibrary) {
+      command.getErr().println("vosmar: " + noLibrary.getMessage());
+      return ExitCode.FAILED;
+    } finally {
+      KMSystem.stop();
+    }
   }
 
   /** The command line, ready to execute, with its secrets from the given source. */
