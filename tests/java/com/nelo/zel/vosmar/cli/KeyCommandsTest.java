@@ -120,6 +120,45 @@ class KeyCommandsTest {
     assertTrue(keytool.contains("PrivateKeyEntry"), keytool);
   }
 
+  @Test
+  void anEntryIsMarkedAndDeleted() {
+    selfSign("server");
+
+    assertEquals(
+        "the default key is server\n", Vosmar.run("key", "default", file, "server").out());
+    assertEquals(
+        "server is trusted no longer\n",
+        Vosmar.run("key", "trust", file, "server", "--off").out());
+    String shown = Vosmar.run("key", "show", file, "server").out();
+    assertTrue(shown.contains("Trusted:     no\nDefault:     yes\n"), shown);
+
+    assertEquals("deleted server\n", Vosmar.run("key", "delete", file, "server").out());
+
+    assertEquals("(empty)\n", Vosmar.run("key", "list", file).out());
+  }
+
+  @Test
+  void aRequestWaitsUnderItsLabelUntilItIsDeleted() throws Exception {
+    Path request = folder.resolve("server.csr");
+
+    assertEquals(
+        "wrote " + request + "\n",
+        Vosmar.run(
+                "cert", "request", file, "www", "--subject", "CN=www.example.com", "--key",
+                "ec:256", "--out", request)
+            .out());
+
+    assertEquals("www (pending request)\n", Vosmar.run("key", "list", file).out());
+    String shown = Vosmar.run("key", "show", file, "www", "--request").out();
+    assertTrue(shown.contains("Kind:        pending request\n"), shown);
+    assertTrue(shown.contains("Subject:     CN=www.example.com\n"), shown);
+    String openssl = Programs.run("openssl", "req", "-in", request, "-noout", "-verify", "-subject");
+    assertTrue(openssl.contains("CN = www.example.com"), openssl);
+    assertEquals(
+        "deleted www\n", Vosmar.run("key", "delete", file, "www", "--request").out());
+    assertEquals("(empty)\n", Vosmar.run("key", "list", file).out());
+  }
+
   private Vosmar.Result selfSign(String label, String... options) {
     List<Object> arguments =
         new ArrayList<>(

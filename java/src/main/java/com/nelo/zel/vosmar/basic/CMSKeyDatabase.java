@@ -22,12 +22,17 @@ import java.util.Optional;
  * database is looked at again to learn the reason, so the reason told may be of a moment later.
  */
 public final class CMSKeyDatabase extends KeyDatabaseFile {
-  private static final int OLD_PASSWORD_EXPIRED = 70;
-  private static final int READ_FAILED = 12;
+  // Codes for failures whose code the native methods keep to themselves.
+  private static final int BAD_ASN1 = 2;
+  private static final int CANNOT_READ_ENTRY = 12;
+  private static final int CRYPTOGRAPHY_FAILED = 32;
   private static final int NEW_PASSWORD_REFUSED = 69;
-  private static final int FILE_WRITE_FAILED = 91;
-  private static final int DATABASE_DOES_NOT_EXIST = 101;
+  private static final int OLD_PASSWORD_EXPIRED = 70;
+  private static final int CANNOT_READ_FILE = 87;
+  private static final int CANNOT_WRITE_FILE = 91;
+  private static final int NO_SUCH_DATABASE = 101;
   private static final int NO_SUCH_LABEL = 117;
+  private static final int WRONG_PASSWORD_OR_DAMAGED = 120;
 
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
@@ -147,7 +152,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     try (CMSKeyDatabase db = new CMSKeyDatabase(file, FROM_STASH)) {
       boolean required = db.c_IsPasswordRequired(db.file);
       if (!required && !Files.exists(file)) {
-        throw db.failure(DATABASE_DOES_NOT_EXIST);
+        throw db.failure(NO_SUCH_DATABASE);
       }
       return required;
     }
@@ -162,7 +167,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   public void stashPassword() throws CMSKeyDatabaseException {
     if (!c_StashKeyDbPwd(file, password())) {
       check(c_OpenKeyDb(file, password()));
-      throw failure(FILE_WRITE_FAILED);
+      throw failure(CANNOT_WRITE_FILE);
     }
   }
 
@@ -627,6 +632,70 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     return db.unless(code);
   }
 
+  /**
+   * Reads the certificates of a PKCS&nbsp;#7 file (RFC&nbsp;2315).
+   *
+   * @param source the file
+   * @param encoding the form of the file
+   * @return the certificates, in the order of the file
+   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read, with code 2 when it is
+   *     no PKCS&nbsp;#7
+   */
+  public static List<CertificateItem> readPkcs7(Path source, Encoding encoding)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase none = new CMSKeyDatabase(source, FROM_STASH)) {
+      CertificateItem[] certificates =
+          none.c_ExtractCertFromPKCS7Data(source.toString(), encoding.isBase64());
+      if (certificates == null) {
+        throw none.failure(Files.isReadable(source) ? BAD_ASN1 : CANNOT_READ_FILE);
+      }
+      return List.of(certificates);
+    }
+  }
+
+  /**
+   * Encrypts a private key under a password.
+   *
+   * @param privateKey a DER PrivateKeyInfo, which the caller wipes
+   * @param password the password
+   * @return the encrypted key
+   * @throws CMSKeyDatabaseException with code 32 when the bytes are no private key
+   */
+  public static EncryptedPrivateKeyInfoItem encryptPrivateKey(byte[] privateKey, char[] password)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
+      EncryptedPrivateKeyInfoItem item =
+          none.c_EncryptPrivateKey(privateKey.length, privateKey, none.password());
+      if (item == null) {
+        throw none.failure(CRYPTOGRAPHY_FAILED);
+      }
+      return item;
+    }
+  }
+
+  /**
+   * Decrypts a private key.
+   *
+   * @param privateKey the encrypted key
+   * @param password its password
+   * @return the key in the clear, which the caller closes
+   * @throws CMSKeyDatabaseException with code 120 when the password is wrong or the key damaged
+   */
+  public static PrivateKeyInfoItem decryptPrivateKey(
+      EncryptedPrivateKeyInfoItem privateKey, char[] password) throws CMSKeyDatabaseException {
+    KMSystem.start();
+    byte[] der = privateKey.der();
+    try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
+      PrivateKeyInfoItem item = none.c_DecryptPrivateKey(der.length, der, none.password());
+      if (item == null) {
+        throw none.failure(WRONG_PASSWORD_OR_DAMAGED);
+      }
+      return item;
+    }
+  }
+
   /** This database when the code is 0; otherwise the password is wiped. */
   private CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
     if (code != 0) {
@@ -638,7 +707,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
 
   /** Why a label led to nothing: an entry that is listed and yet not given cannot be read. */
   private CMSKeyDatabaseException noEntry(String label, List<String> listed) {
-    return failure(listed.contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
+    return failure(listed.contains(label) ? CANNOT_READ_ENTRY : NO_SUCH_LABEL, label);
   }
 
   /** Called by the native library for each label of a key while the labels are listed. */

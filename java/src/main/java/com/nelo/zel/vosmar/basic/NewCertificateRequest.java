@@ -35,7 +35,7 @@ public final class NewCertificateRequest {
   /**
    * Sets the digest of the signature. Ed25519 keys ignore it.
    *
-   * @param algorithm the digest
+   * @param algorithm the digest, or null to leave it to the library
    * @return this object
    */
   public NewCertificateRequest signedWith(SignatureAlgorithm algorithm) {

@@ -5,7 +5,11 @@ import picocli.CommandLine.Command;
 /** {@code vosmar cert}. */
 @Command(
     name = "cert",
-    description = "Makes certificates and writes them to files.",
+    description = "Makes certificates and requests and writes them to files.",
     synopsisSubcommandLabel = "COMMAND",
-    subcommands = {CertSelfSign.class, CertExtract.class})
+    subcommands = {
+      CertSelfSign.class,
+      CertRequest.class,
+      CertExtract.class
+    })
 final class CertCommand {}

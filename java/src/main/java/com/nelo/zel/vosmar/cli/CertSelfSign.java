@@ -1,13 +1,11 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
-import com.nelo.zel.vosmar.basic.DNItem;
 import com.nelo.zel.vosmar.basic.Encoding;
-import com.nelo.zel.vosmar.basic.KeyType;
 import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
-import com.nelo.zel.vosmar.basic.SignatureAlgorithm;
 import java.nio.file.Path;
 import picocli.CommandLine.Command;
+import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
 import picocli.CommandLine.Parameters;
 
@@ -17,19 +15,7 @@ final class CertSelfSign extends DatabaseCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the new entry.")
   private String label;
 
-  @Option(
-      names = "--subject",
-      required = true,
-      paramLabel = "NAME",
-      description = "Whom the certificate names, such as CN=www.example.com,O=Example,C=DE.")
-  private String subject;
-
-  @Option(
-      names = "--key",
-      defaultValue = "rsa:2048",
-      paramLabel = "TYPE",
-      description = "rsa:BITS, ec:BITS or ed25519; ${DEFAULT-VALUE} when not given.")
-  private String keyType;
+  @Mixin private NewKeyOptions newKey;
 
   @Option(
       names = "--days",
@@ -37,12 +23,6 @@ final class CertSelfSign extends DatabaseCommand {
       paramLabel = "DAYS",
       description = "The period of validity; ${DEFAULT-VALUE} when not given.")
   private int days;
-
-  @Option(
-      names = "--signature",
-      paramLabel = "DIGEST",
-      description = "${COMPLETION-CANDIDATES}; chosen by the strength of the key when not given.")
-  private SignatureAlgorithm signature;
 
   @Option(names = "--default", description = "Make it the default key.")
   private boolean defaultKey;
@@ -59,11 +39,9 @@ final class CertSelfSign extends DatabaseCommand {
   @Override
   void run(CMSKeyDatabase database, Output out) throws Exception {
     SelfSignedCertificate certificate =
-        new SelfSignedCertificate(label, DNItem.parse(subject), KeyType.parse(keyType))
-            .validFor(days);
-    if (signature != null) {
-      certificate.signedWith(signature);
-    }
+        new SelfSignedCertificate(label, newKey.subject(), newKey.keyType())
+            .validFor(days)
+            .signedWith(newKey.signature());
     if (defaultKey) {
       certificate.asDefaultKey();
     }

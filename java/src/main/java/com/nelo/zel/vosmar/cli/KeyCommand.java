@@ -5,7 +5,13 @@ import picocli.CommandLine.Command;
 /** {@code vosmar key}. */
 @Command(
     name = "key",
-    description = "Shows what is in a key database.",
+    description = "Shows and changes the entries of a key database.",
     synopsisSubcommandLabel = "COMMAND",
-    subcommands = {KeyList.class, KeyShow.class})
+    subcommands = {
+      KeyList.class,
+      KeyShow.class,
+      KeyDefault.class,
+      KeyTrust.class,
+      KeyDelete.class
+    })
 final class KeyCommand {}

@@ -1,0 +1,35 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.NewCertificateRequest;
+import java.nio.file.Path;
+import java.util.Map;
+import picocli.CommandLine.Command;
+import picocli.CommandLine.Mixin;
+import picocli.CommandLine.Option;
+import picocli.CommandLine.Parameters;
+
+/** {@code vosmar cert request}. */
+@Command(name = "request", description = "Makes a key and a request for a certificate, to be sent to a CA.")
+final class CertRequest extends DatabaseCommand {
+  @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the new entry.")
+  private String label;
+
+  @Mixin private NewKeyOptions newKey;
+
+  @Option(
+      names = {"-o", "--out"},
+      required = true,
+      paramLabel = "FILE",
+      description = "Write the request to this file.")
+  private Path target;
+
+  @Override
+  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
+    database.createRequest(
+        new NewCertificateRequest(label, newKey.subject(), newKey.keyType(), target)
+            .signedWith(newKey.signature()));
+    out.print("wrote " + target, Map.of("written", target));
+  }
+}
