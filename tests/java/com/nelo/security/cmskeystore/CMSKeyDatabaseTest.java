@@ -10,6 +10,7 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.KeyType;
+import com.nelo.zel.vosmar.basic.NewCertificateRequest;
 import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
@@ -27,6 +28,8 @@ import org.junit.jupiter.api.io.TempDir;
 /** The legacy classes on a key database that the newer ones have filled. */
 class CMSKeyDatabaseTest {
   private static final char[] PASSWORD = "correct horse 1!".toCharArray();
+  private static final com.nelo.zel.vosmar.basic.DNItem NAME =
+      com.nelo.zel.vosmar.basic.DNItem.parse("CN=key,O=Example,C=DE");
 
   /** What a key with a certificate is made of. */
   private static final Set<String> LEGACY_ITEMS =
@@ -45,11 +48,7 @@ class CMSKeyDatabaseTest {
     file = folder.resolve("test.kdb");
     try (var db =
         com.nelo.zel.vosmar.basic.CMSKeyDatabase.create(file, PASSWORD, Duration.ZERO)) {
-      db.createSelfSigned(
-          new SelfSignedCertificate(
-              "key",
-              com.nelo.zel.vosmar.basic.DNItem.parse("CN=key,O=Example,C=DE"),
-              KeyType.ec(256)));
+      db.createSelfSigned(new SelfSignedCertificate("key", NAME, KeyType.ec(256)));
     }
   }
 
@@ -111,14 +110,47 @@ class CMSKeyDatabaseTest {
 
   @Test
   void theFourthArgumentOfTheLookupIsNotLookedAt() throws Exception {
-    Method lookup =
-        CMSKeyDatabase.class.getDeclaredMethod(
-            "c_GetKeyItemByLabel", String.class, String.class, String.class, boolean.class);
-    lookup.setAccessible(true);
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
-      Object item = lookup.invoke(db, file.toString(), new String(PASSWORD), "key", true);
+      assertEquals("key", ((KeyItem) lookUpAsRequest(db, "key")).label());
+    }
+  }
 
-      assertEquals("key", ((KeyItem) item).label());
+  @Test
+  void aPendingRequestIsListedAndDeletedButNotRead() throws Exception {
+    try (var newer = com.nelo.zel.vosmar.basic.CMSKeyDatabase.open(file, PASSWORD)) {
+      newer.createRequest(
+          new NewCertificateRequest("request", NAME, KeyType.ec(256), folder.resolve("request.csr")));
+    }
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertEquals(List.of("request"), db.labels().requests());
+      assertNull(lookUpAsRequest(db, "request"));
+      assertFails(117, () -> db.key("request"));
+
+      db.deleteRequest("request");
+
+      assertEquals(List.of(), db.labels().requests());
+    }
+  }
+
+  @Test
+  void takesInACertificateAndDeletesIt() throws Exception {
+    byte[] certificate;
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      certificate = db.key("key").certificate().der();
+    }
+    try (CMSKeyDatabase db =
+        CMSKeyDatabase.create(folder.resolve("other.kdb"), PASSWORD, Duration.ZERO)) {
+      db.insertKey("signer", certificate, null, true, false);
+
+      KeyItem item = db.key("signer");
+      assertTrue(item.isTrusted());
+      assertFalse(item.hasPrivateKey());
+      assertNull(item.privateKey());
+      assertArrayEquals(certificate, item.certificate().der());
+
+      db.deleteKey("signer");
+
+      assertFails(117, () -> db.deleteKey("signer"));
     }
   }
 
@@ -150,6 +182,15 @@ class CMSKeyDatabaseTest {
   }
 
   @Test
+  void bytesThatAreNoKeyAreNeitherEncryptedNorDecrypted() throws Exception {
+    byte[] noKey = {0x30, 0};
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
+      assertFails(32, () -> db.encryptPrivateKey(noKey, PASSWORD));
+      assertFails(32, () -> db.decryptPrivateKey(noKey, PASSWORD));
+    }
+  }
+
+  @Test
   void theLibraryStartsOnceMore() throws Exception {
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
       assertDoesNotThrow(() -> db.restartLibrary(false));
@@ -167,6 +208,14 @@ class CMSKeyDatabaseTest {
     assertEquals(15, natives.size());
     assertTrue(natives.stream().allMatch(method -> Modifier.isPrivate(method.getModifiers())));
     assertFalse(natives.stream().anyMatch(method -> Modifier.isStatic(method.getModifiers())));
+  }
+
+  private Object lookUpAsRequest(CMSKeyDatabase db, String label) throws Exception {
+    Method lookup =
+        CMSKeyDatabase.class.getDeclaredMethod(
+            "c_GetKeyItemByLabel", String.class, String.class, String.class, boolean.class);
+    lookup.setAccessible(true);
+    return lookup.invoke(db, file.toString(), new String(PASSWORD), label, true);
   }
 
   private static void assertFails(int code, Executable operation) {

@@ -66,6 +66,15 @@ class MSCertificateStoreTest {
   }
 
   @Test
+  void aStoreThatIsNotThereFindsNothingAndSaysSo() {
+    assertThrows(
+        CMSKeyDatabaseException.class, () -> MSCertificateStore.open("Nobody/None", null));
+    assertThrows(CMSKeyDatabaseException.class, () -> store.key("key"));
+    assertThrows(CMSKeyDatabaseException.class, () -> store.keysWithLabel("key"));
+    assertThrows(CMSKeyDatabaseException.class, () -> store.keysWithPublicKey(new byte[1]));
+  }
+
+  @Test
   void aLabelThatIsMissingFindsNothing() throws Exception {
     assertNull(call("c_GetKeyItemByLabel", "Nobody/None", null, null));
     // This native would hand a missing label to the virtual machine, so its method sees to it.
