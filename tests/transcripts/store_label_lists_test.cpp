@@ -52,6 +52,24 @@ TEST_F(GetCSPNameList, EndsAtANameOfNullAndStillFreesTheList) {
   )");
 }
 
+TEST_F(GetCSPNameList, CutsLongNames) {
+  const std::string longName(512, 'x');
+  const std::string cut(511, 'x');
+  library().tokenLabels = [&] { return newLabelList({longName.c_str()}); };
+  call(c_GetCSPNameList);
+  EXPECT_TRANSCRIPT(R"(
+    GetStaticMethodID(class basic/MSCertificateStore, "addCSPName", "(Ljava/lang/String;)V")
+    ZELKM_GetCryptoTokenLabelList("") = 0, label list#1
+    NewStringUTF(")" +
+                    cut + R"(")
+    CallStaticVoidMethod(class basic/MSCertificateStore, addCSPName, ")" +
+                    cut + R"(")
+    ZELKM_FreeLabelList(label list#1)
+    return 0
+    held nothing
+  )");
+}
+
 TEST_F(GetCSPNameList, HandsBackTheCodeAndLeavesWhatCameWithIt) {
   library().answers["ZELKM_GetCryptoTokenLabelList"] = 133;
   call(c_GetCSPNameList);
@@ -180,6 +198,30 @@ TEST_F(StoreBuildKeyLabelList, EndsAtALabelOfNullAndStillFreesTheList) {
     NewStringUTF("two")
     CallVoidMethod(this, addKeyLabel, "two")
     CallVoidMethod(this, addPersonalKeyLabel, "two")
+    ZELKM_FreeLabelList(label list#1)
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kStoreReleases +
+                    R"(
+    return 0
+    held nothing
+  )");
+}
+
+TEST_F(StoreBuildKeyLabelList, CutsLongLabelsForJavaOnly) {
+  const std::string longLabel(512, 'x');
+  const std::string cut(511, 'x');
+  library().keyLabels = [&] { return newLabelList({longLabel.c_str()}); };
+  build();
+  EXPECT_TRANSCRIPT(kMethodsLookedUp + kStoreStrings + kStoreOpened + R"(
+    ZELKM_GetKeyDbLabelList(1) = 0, label list#1
+    ZELKM_IsPrivateKeyPresent(1, ")" +
+                    longLabel + R"(") = 0, 1
+    NewStringUTF(")" +
+                    cut + R"(")
+    CallVoidMethod(this, addKeyLabel, ")" +
+                    cut + R"(")
+    CallVoidMethod(this, addPersonalKeyLabel, ")" +
+                    cut + R"(")
     ZELKM_FreeLabelList(label list#1)
     ZELKM_CloseKeyDb(1) = 0
   )" + kStoreReleases +

@@ -62,6 +62,27 @@ TEST_F(GetCryptoTokenLabelList, EndsAtALabelOfNullAndStillFreesTheList) {
   )");
 }
 
+TEST_F(GetCryptoTokenLabelList, CutsLongLabels) {
+  const std::string longLabel(512, 'x');
+  const std::string cut(511, 'x');
+  library().tokenLabels = [&] { return newLabelList({longLabel.c_str()}); };
+  call(c_GetCryptoTokenLabelList, text("p11.so"));
+  EXPECT_TRANSCRIPT(R"(
+    GetStaticMethodID(class basic/CryptographicToken, "addTokenLabel", "(Ljava/lang/String;)V")
+    GetStringUTFChars("p11.so")
+    trace JNI_DEBUG......cCryptographicModuleName = p11.so
+    ZELKM_GetCryptoTokenLabelList("p11.so") = 0, label list#1
+    NewStringUTF(")" +
+                    cut + R"(")
+    CallStaticVoidMethod(class basic/CryptographicToken, addTokenLabel, ")" +
+                    cut + R"(")
+    ZELKM_FreeLabelList(label list#1)
+    ReleaseStringUTFChars("p11.so")
+    return 0
+    held nothing
+  )");
+}
+
 TEST_F(GetCryptoTokenLabelList, CallsOnWithNullWhenAStringCannotBeMade) {
   recorder().faults.failCall("NewStringUTF", 1);
   library().tokenLabels = [] { return newLabelList({"one"}); };

@@ -99,6 +99,35 @@ TEST_F(TokenBuildKeyLabelList, CallsOnWithNullWhenAStringCannotBeMade) {
   )");
 }
 
+TEST_F(TokenBuildKeyLabelList, CutsLongLabelsForJavaOnly) {
+  const std::string longLabel(512, 'x');
+  const std::string cut(511, 'x');
+  library().keyLabels = [&] { return newLabelList({longLabel.c_str()}); };
+  library().requestLabels = library().keyLabels;
+  build();
+  EXPECT_TRANSCRIPT(kMethodsLookedUp + kTokenStrings + kTokenOpened + R"(
+    ZELKM_GetKeyDbLabelList(1) = 0, label list#1
+    ZELKM_IsPrivateKeyPresent(1, ")" +
+                    longLabel + R"(") = 0, 1
+    NewStringUTF(")" +
+                    cut + R"(")
+    CallVoidMethod(this, addPersonalKeyLabel, ")" +
+                    cut + R"(")
+    ZELKM_FreeLabelList(label list#1)
+    ZELKM_GetReqKeyDbLabelList(1) = 0, label list#2
+    NewStringUTF(")" +
+                    cut + R"(")
+    CallVoidMethod(this, addRequestKeyLabel, ")" +
+                    cut + R"(")
+    ZELKM_FreeLabelList(label list#2)
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kTokenReleases +
+                    R"(
+    return 0
+    held nothing
+  )");
+}
+
 TEST_F(TokenBuildKeyLabelList, StopsWhereAPrivateKeyCannotBeAskedFor) {
   library().keyLabels = [] { return newLabelList({"mine", "broken", "never reached"}); };
   library().requestLabels = [] { return newLabelList({"request"}); };
