@@ -14,7 +14,12 @@ public record KeyType(KeyAlgorithm algorithm, int bits) {
   /** The native library knows Ed25519 by this size, which no other key has. */
   private static final int ED25519_SELECTOR = 25519;
 
-  /** Rejects sizes that no key of the algorithm has. */
+  /**
+   * Rejects sizes that no key of the algorithm has.
+   *
+   * @param algorithm RSA, EC or Ed25519
+   * @param bits the size
+   */
   public KeyType {
     switch (algorithm) {
       case RSA -> require(bits >= 2048 && bits <= 16384, "RSA keys have 2048 to 16384 bits", bits);
