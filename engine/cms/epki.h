@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "engine/cms/api.h"
+#include "engine/cms/pbe.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -64,6 +65,9 @@ ZEL_CMS_API bool isEncryptedPrivateKey(sys::ByteView der);
  */
 ZEL_CMS_API sys::Result<sys::SecretBytes> decryptPrivateKey(sys::ByteView epki,
                                                             sys::ByteView password);
+
+/** The same for a decoded EncryptedPrivateKeyInfo. */
+sys::Result<sys::SecretBytes> decryptPrivateKey(const X509_SIG& epki, PbePassword password);
 
 }  // namespace zel::cms
 

@@ -48,8 +48,21 @@ using Pkcs12Ptr = std::unique_ptr<PKCS12, Releaser<PKCS12_free>>;
 using Pkcs8Ptr = std::unique_ptr<PKCS8_PRIV_KEY_INFO, Releaser<PKCS8_PRIV_KEY_INFO_free>>;
 using PublicKeyPtr = std::unique_ptr<X509_PUBKEY, Releaser<X509_PUBKEY_free>>;
 using RequestPtr = std::unique_ptr<X509_REQ, Releaser<X509_REQ_free>>;
+using Pkcs12BagPtr = std::unique_ptr<PKCS12_SAFEBAG, Releaser<PKCS12_SAFEBAG_free>>;
 using X509Ptr = std::unique_ptr<X509, Releaser<X509_free>>;
 using X509SigPtr = std::unique_ptr<X509_SIG, Releaser<X509_SIG_free>>;
+
+struct BagsReleaser {
+  void operator()(STACK_OF(PKCS12_SAFEBAG) * bags) const {
+    sk_PKCS12_SAFEBAG_pop_free(bags, PKCS12_SAFEBAG_free);
+  }
+};
+using Pkcs12BagsPtr = std::unique_ptr<STACK_OF(PKCS12_SAFEBAG), BagsReleaser>;
+
+struct SafesReleaser {
+  void operator()(STACK_OF(PKCS7) * safes) const { sk_PKCS7_pop_free(safes, PKCS7_free); }
+};
+using Pkcs12SafesPtr = std::unique_ptr<STACK_OF(PKCS7), SafesReleaser>;
 
 struct ExtensionsReleaser {
   void operator()(STACK_OF(X509_EXTENSION) * extensions) const {
@@ -71,6 +84,11 @@ Ptr decodeDer(Decode decode, sys::ByteView der) {
   Ptr object(decode(nullptr, &at, static_cast<long>(der.size())));
   if (object && at != der.data() + der.size()) object.reset();
   return object;
+}
+
+/** The bytes of a string, borrowed. */
+inline sys::ByteView viewOf(const ASN1_STRING* string) {
+  return {ASN1_STRING_get0_data(string), static_cast<std::size_t>(ASN1_STRING_length(string))};
 }
 
 /** encodeDer encodes an object; empty on failure. Container may be sys::SecretBytes. */

@@ -43,6 +43,22 @@ inline constexpr int kPkcs12Iterations = 100'000;
 ZEL_CMS_API sys::Result<sys::Bytes> writePkcs12(const std::vector<Pkcs12Entry>& entries,
                                                 sys::ByteView password);
 
+/**
+ * readPkcs12 answers the keys of a PKCS #12 file with their certificates, then the certificates
+ * that belong to no key, issuers included; each entry's chain is its certificate alone. Everything
+ * that OpenSSL decrypts is read, RC2 and DES of old included; an empty password opens files without
+ * one too.
+ *
+ *  - ZELKM_ERR_PKCS12_PWD_CORRUPTION: the password is wrong.
+ *  - ZELKM_ERR_INVALID_PKCS12_DATA: the file is none, or damaged: its password opens it, but its
+ *    content is not what was written.
+ *  - ZELKM_ERR_PBE_ALG_UNSUPPORT: an encryption or integrity check that is not known.
+ *  - ZELKM_ERR_KEYREC_CERTIFICATE_NULL: a key without a certificate.
+ *  - ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM: a key that is not RSA, EC or Ed25519.
+ */
+ZEL_CMS_API sys::Result<std::vector<Pkcs12Entry>> readPkcs12(sys::ByteView file,
+                                                             sys::ByteView password);
+
 }  // namespace zel::cms
 
 #endif  // ZEL_CMS_PKCS12_H_

@@ -4,31 +4,13 @@
 
 #include "engine/cms/epki.h"
 #include "engine/cms/openssl_ptr.h"
+#include "engine/cms/pbe.h"
 #include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12_attributes.h"
 
 namespace zel::cms {
 
 namespace {
-
-struct BagsReleaser {
-  void operator()(STACK_OF(PKCS12_SAFEBAG) * bags) const {
-    sk_PKCS12_SAFEBAG_pop_free(bags, PKCS12_SAFEBAG_free);
-  }
-};
-struct SafesReleaser {
-  void operator()(STACK_OF(PKCS7) * safes) const { sk_PKCS7_pop_free(safes, PKCS7_free); }
-};
-using BagPtr = std::unique_ptr<PKCS12_SAFEBAG, Releaser<PKCS12_SAFEBAG_free>>;
-using BagsPtr = std::unique_ptr<STACK_OF(PKCS12_SAFEBAG), BagsReleaser>;
-using SafesPtr = std::unique_ptr<STACK_OF(PKCS7), SafesReleaser>;
-
-/** The attribute by which the JDK knows a trusted certificate, and its value "for any use". */
-constexpr char kTrustedKeyUsage[] = "2.16.840.1.113894.746875.1.1";
-
-/** Never null: to PKCS #12 the empty password and none are two. */
-const char* textOf(sys::ByteView password) {
-  return password.empty() ? "" : reinterpret_cast<const char*>(password.data());
-}
 
 bool setFriendlyName(PKCS12_SAFEBAG& bag, const std::string& name) {
   if (name.empty()) return true;
@@ -54,26 +36,26 @@ bool setLocalKeyId(PKCS12_SAFEBAG& bag, std::uint32_t number) {
 bool setTrusted(PKCS12_SAFEBAG& bag) {
   const ASN1_OBJECT* anyUse = OBJ_nid2obj(NID_anyExtendedKeyUsage);
   // The length -1 says that the value is an object of the type, not its bytes.
-  return PKCS12_add1_attr_by_txt(&bag, kTrustedKeyUsage, V_ASN1_OBJECT,
+  return PKCS12_add1_attr_by_txt(&bag, kPkcs12TrustedKeyUsage, V_ASN1_OBJECT,
                                  reinterpret_cast<const unsigned char*>(anyUse), -1) == 1;
 }
 
 /** Moves a bag to the end of the bags; false when there is none to move. */
-bool append(STACK_OF(PKCS12_SAFEBAG) & bags, BagPtr bag) {
+bool append(STACK_OF(PKCS12_SAFEBAG) & bags, Pkcs12BagPtr bag) {
   if (!bag || sk_PKCS12_SAFEBAG_push(&bags, bag.get()) <= 0) return false;
   (void)bag.release();
   return true;
 }
 
-BagPtr certificateBag(const sys::Bytes& der) {
+Pkcs12BagPtr certificateBag(const sys::Bytes& der) {
   const X509Ptr certificate = decodeDer<X509Ptr>(d2i_X509, der);
-  return BagPtr(certificate ? PKCS12_SAFEBAG_create_cert(certificate.get()) : nullptr);
+  return Pkcs12BagPtr(certificate ? PKCS12_SAFEBAG_create_cert(certificate.get()) : nullptr);
 }
 
 sys::Status addEntryCertificate(const Pkcs12Entry& entry, std::uint32_t number,
                                 STACK_OF(PKCS12_SAFEBAG) & bags) {
   const bool hasKey = !entry.privateKeyInfo.empty();
-  BagPtr bag = certificateBag(entry.chain.front());
+  Pkcs12BagPtr bag = certificateBag(entry.chain.front());
   if (!bag) return cryptoFailure(ZELKM_ERR_ASN, "read a certificate");
   if (!setFriendlyName(*bag, entry.friendlyName) || (hasKey && !setLocalKeyId(*bag, number)) ||
       (!hasKey && entry.trusted && !setTrusted(*bag)) || !append(bags, std::move(bag))) {
@@ -118,7 +100,7 @@ sys::Status addKeys(const std::vector<Pkcs12Entry>& entries, sys::ByteView passw
     const sys::Result<sys::Bytes> epki = encryptPrivateKey(entry.privateKeyInfo, pbe.value());
     if (!epki) return epki.failure();
     X509SigPtr shrouded = decodeDer<X509SigPtr>(d2i_X509_SIG, epki.value());
-    BagPtr bag(shrouded ? PKCS12_SAFEBAG_create0_pkcs8(shrouded.get()) : nullptr);
+    Pkcs12BagPtr bag(shrouded ? PKCS12_SAFEBAG_create0_pkcs8(shrouded.get()) : nullptr);
     if (bag) (void)shrouded.release();
     if (!bag || !setFriendlyName(*bag, entry.friendlyName) || !setLocalKeyId(*bag, i + 1) ||
         !append(bags, std::move(bag))) {
@@ -129,12 +111,11 @@ sys::Status addKeys(const std::vector<Pkcs12Entry>& entries, sys::ByteView passw
 }
 
 /** Adds the bags as one safe: encrypted as a whole, or as they are when each is by itself. */
-bool addSafe(STACK_OF(PKCS7) & safes, STACK_OF(PKCS12_SAFEBAG) & bags, sys::ByteView password,
+bool addSafe(STACK_OF(PKCS7) & safes, STACK_OF(PKCS12_SAFEBAG) & bags, PbePassword password,
              bool encrypt) {
   if (sk_PKCS12_SAFEBAG_num(&bags) == 0) return true;
-  Pkcs7Ptr safe(encrypt ? PKCS12_pack_p7encdata(NID_aes_256_cbc, textOf(password),
-                                                static_cast<int>(password.size()), nullptr, 0,
-                                                kPkcs12Iterations, &bags)
+  Pkcs7Ptr safe(encrypt ? PKCS12_pack_p7encdata(NID_aes_256_cbc, password.text, password.length,
+                                                nullptr, 0, kPkcs12Iterations, &bags)
                         : PKCS12_pack_p7data(&bags));
   if (!safe || sk_PKCS7_push(&safes, safe.get()) <= 0) return false;
   (void)safe.release();
@@ -145,9 +126,9 @@ bool addSafe(STACK_OF(PKCS7) & safes, STACK_OF(PKCS12_SAFEBAG) & bags, sys::Byte
 
 sys::Result<sys::Bytes> writePkcs12(const std::vector<Pkcs12Entry>& entries,
                                     sys::ByteView password) {
-  const BagsPtr certificates(sk_PKCS12_SAFEBAG_new_null());
-  const BagsPtr keys(sk_PKCS12_SAFEBAG_new_null());
-  const SafesPtr safes(sk_PKCS7_new_null());
+  const Pkcs12BagsPtr certificates(sk_PKCS12_SAFEBAG_new_null());
+  const Pkcs12BagsPtr keys(sk_PKCS12_SAFEBAG_new_null());
+  const Pkcs12SafesPtr safes(sk_PKCS7_new_null());
   if (!certificates || !keys || !safes)
     return cryptoFailure(ZELKM_ERR_MEMORY_ALLOCATE, "begin a PFX");
 
@@ -155,12 +136,13 @@ sys::Result<sys::Bytes> writePkcs12(const std::vector<Pkcs12Entry>& entries,
   if (status) status = addKeys(entries, password, *keys);
   if (!status) return status.failure();
 
-  if (!addSafe(*safes, *certificates, password, true) || !addSafe(*safes, *keys, password, false)) {
+  const PbePassword secret = pbePassword(password);
+  if (!addSafe(*safes, *certificates, secret, true) || !addSafe(*safes, *keys, secret, false)) {
     return cryptoFailure(ZELKM_ERR_CRYPTO, "encrypt the certificates of a PFX");
   }
   const Pkcs12Ptr pfx(PKCS12_add_safes(safes.get(), 0));
-  if (!pfx || PKCS12_set_mac(pfx.get(), textOf(password), static_cast<int>(password.size()),
-                             nullptr, 0, kPkcs12Iterations, EVP_sha256()) != 1) {
+  if (!pfx || PKCS12_set_mac(pfx.get(), secret.text, secret.length, nullptr, 0, kPkcs12Iterations,
+                             EVP_sha256()) != 1) {
     return cryptoFailure(ZELKM_ERR_CRYPTO, "protect a PFX");
   }
   return encodeDer(i2d_PKCS12, pfx.get());

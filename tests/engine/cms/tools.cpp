@@ -79,6 +79,15 @@ sys::Bytes TestAuthority::issueFor(const TestAuthority& subject, int days) const
                .extensions = authorityRights()});
 }
 
+sys::Bytes TestAuthority::issueFor(const sys::Bytes& publicKeyInfo, const std::string& commonName,
+                                   int days) const {
+  return sign({.days = days,
+               .subject = encodeName({.cn = commonName}).value(),
+               .issuer = name_,
+               .publicKeyInfo = publicKeyInfo,
+               .extensions = authorityRights()});
+}
+
 sys::Bytes TestAuthority::sign(const CertificatePlan& plan) const {
   const Signer signer = [&](SigningDigest digest, sys::ByteView message) {
     return signMessage(*key_, digest, message);

@@ -53,6 +53,9 @@ class TestAuthority {
   const sys::Bytes& name() const { return name_; }
   /** A certificate for the other's name and key, with CA rights. */
   sys::Bytes issueFor(const TestAuthority& subject, int days = 10) const;
+  /** A certificate for a common name and a public key, with CA rights. */
+  sys::Bytes issueFor(const sys::Bytes& publicKeyInfo, const std::string& commonName,
+                      int days = 10) const;
 
  private:
   sys::Bytes sign(const CertificatePlan& plan) const;

@@ -1,0 +1,86 @@
+#include "engine/cms/pbe.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "engine/cms/crypto_context.h"
+#include "engine/sys/trace.h"
+
+namespace zel::cms {
+
+namespace {
+
+using Pbes2Ptr = std::unique_ptr<PBE2PARAM, Releaser<PBE2PARAM_free>>;
+using Pbkdf2Ptr = std::unique_ptr<PBKDF2PARAM, Releaser<PBKDF2PARAM_free>>;
+using PbeParametersPtr = std::unique_ptr<PBEPARAM, Releaser<PBEPARAM_free>>;
+
+template <typename Ptr>
+Ptr unpack(const ASN1_TYPE* parameters, const ASN1_ITEM* type) {
+  return Ptr(static_cast<typename Ptr::pointer>(ASN1_TYPE_unpack_sequence(type, parameters)));
+}
+
+/** The iteration count that the parameters ask for, 0 when they name none. */
+std::int64_t iterationsOf(const X509_ALGOR& algorithm) {
+  const ASN1_INTEGER* iterations = nullptr;
+  Pbes2Ptr pbes2;
+  Pbkdf2Ptr pbkdf2;
+  PbeParametersPtr pbes1;
+  if (OBJ_obj2nid(algorithm.algorithm) == NID_pbes2) {
+    pbes2 = unpack<Pbes2Ptr>(algorithm.parameter, ASN1_ITEM_rptr(PBE2PARAM));
+    if (pbes2 && OBJ_obj2nid(pbes2->keyfunc->algorithm) == NID_id_pbkdf2) {
+      pbkdf2 = unpack<Pbkdf2Ptr>(pbes2->keyfunc->parameter, ASN1_ITEM_rptr(PBKDF2PARAM));
+    }
+    if (pbkdf2) iterations = pbkdf2->iter;
+  } else {
+    pbes1 = unpack<PbeParametersPtr>(algorithm.parameter, ASN1_ITEM_rptr(PBEPARAM));
+    if (pbes1) iterations = pbes1->iter;
+  }
+  std::int64_t count = 0;
+  if (iterations != nullptr && ASN1_INTEGER_get_int64(&count, iterations) != 1) {
+    count = std::numeric_limits<std::int64_t>::max();
+  }
+  ERR_clear_error();
+  return count;
+}
+
+}  // namespace
+
+PbePassword pbePassword(sys::ByteView password) {
+  if (password.empty()) return {"", 0};
+  return {reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size())};
+}
+
+sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteView cipherText,
+                                         PbePassword password) {
+  if (iterationsOf(algorithm) > kMaxIterations) {
+    return sys::fail(ZELKM_ERR_PBE_ALG_UNSUPPORT, "more than %lld iterations are not tried",
+                     static_cast<long long>(kMaxIterations));
+  }
+  const CipherContextPtr context(EVP_CIPHER_CTX_new());
+  if (!context) return cryptoFailure(ZELKM_ERR_MEMORY_ALLOCATE, "decrypt");
+  if (EVP_PBE_CipherInit_ex(algorithm.algorithm, password.text, password.length,
+                            algorithm.parameter, context.get(), 0, legacyCryptoContext(),
+                            nullptr) != 1) {
+    return cryptoFailure(ZELKM_ERR_PBE_ALG_UNSUPPORT, "set up a decryption");
+  }
+  EVP_CIPHER_CTX_set_padding(context.get(), 0);
+
+  const auto blockSize = static_cast<std::size_t>(EVP_CIPHER_CTX_get_block_size(context.get()));
+  if (cipherText.empty() || cipherText.size() % blockSize != 0) {
+    return sys::fail(ZELKM_ERR_DATABASE_KEY_INTEGRITY, "a ciphertext is cut off");
+  }
+  sys::SecretBytes plain(cipherText.size());
+  int length = 0;
+  if (EVP_DecryptUpdate(context.get(), plain.data(), &length, cipherText.data(),
+                        static_cast<int>(cipherText.size())) != 1) {
+    return cryptoFailure(ZELKM_ERR_CRYPTO, "decrypt");
+  }
+  return plain;
+}
+
+bool isPadding(sys::ByteView rest) {
+  return std::all_of(rest.begin(), rest.end(),
+                     [&](std::uint8_t byte) { return byte == rest.size(); });
+}
+
+}  // namespace zel::cms

@@ -1,0 +1,49 @@
+#ifndef ZEL_CMS_PBE_H_
+#define ZEL_CMS_PBE_H_
+
+#include <cstdint>
+
+#include "engine/cms/openssl_ptr.h"
+#include "engine/sys/bytes.h"
+#include "engine/sys/result.h"
+
+/**
+ * @file
+ * Password based decryption (RFC 8018, and RFC 7292's appendix C), as private keys and PKCS #12
+ * files use it.
+ */
+
+namespace zel::cms {
+
+/** More iterations than this are not tried: a hostile file would keep the process busy for hours.
+ */
+inline constexpr std::int64_t kMaxIterations = 10'000'000;
+
+/**
+ * A password as the derivations want it: real UTF-8. In PKCS #12 the empty password and none are
+ * two, the latter being a null text.
+ */
+struct PbePassword {
+  const char* text;
+  int length;
+};
+
+/** The bytes as a password; empty bytes are the empty password. */
+PbePassword pbePassword(sys::ByteView password);
+
+/**
+ * decryptPbe decrypts and leaves the padding where it is: looking at it tells a wrong password too
+ * badly, so the caller looks at the content.
+ *
+ *  - ZELKM_ERR_PBE_ALG_UNSUPPORT: an encryption that is not known, or too many iterations.
+ *  - ZELKM_ERR_DATABASE_KEY_INTEGRITY: the ciphertext is not a number of whole blocks.
+ */
+sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteView cipherText,
+                                         PbePassword password);
+
+/** Whether the bytes are the padding of RFC 8018, 6.1.1, or nothing. */
+bool isPadding(sys::ByteView rest);
+
+}  // namespace zel::cms
+
+#endif  // ZEL_CMS_PBE_H_

@@ -1,0 +1,30 @@
+#include "engine/km/new_labels.h"
+
+#include "engine/cms/certificates.h"
+#include "engine/cms/modified_utf8.h"
+#include "engine/km/token/numbered_labels.h"
+
+namespace zel::km {
+
+sys::Result<std::string> labelForCertificate(sys::ByteView certificate) {
+  const sys::Result<cms::CertificateFields> fields = cms::readCertificate(certificate);
+  if (!fields) return fields.failure();
+  const cms::NameFields& subject = fields.value().subject;
+  for (const auto& text : {subject.cn, subject.ou, subject.o}) {
+    if (text && !text->empty()) return cms::toModifiedUtf8(*text);
+  }
+  return std::string("certificate");
+}
+
+sys::Result<std::string> freeKeyLabel(Store& store, const std::string& wanted) {
+  std::string label = token::boundedLabel(wanted);
+  const sys::Result<KeyEntry> holder = store.findKey(label);
+  if (holder.code() == ZELKM_ERR_KEY_GET_BY_LABEL) return label;
+  if (!holder) return holder.failure();
+  sys::Result<std::vector<std::string>> labels = store.keyLabels();
+  if (!labels) return labels.failure();
+  labels.value().push_back(std::move(label));
+  return token::numberedLabels(std::move(labels).value()).back();
+}
+
+}  // namespace zel::km
