@@ -158,15 +158,24 @@ sys::Result<Pkcs12Entry> joinKey(Pkcs12Key& key,
   return entry;
 }
 
-/** Named certificates first, so that one that stands twice keeps its name. */
-void addCertificatesAlone(const std::vector<Pkcs12Certificate>& certificates, bool isNamed,
+/** How much a certificate tells of itself: a mark of trust more than a name, a name than nothing.
+ */
+int rank(const Pkcs12Attributes& attributes) {
+  if (attributes.trusted) return 0;
+  return attributes.friendlyName.empty() ? 2 : 1;
+}
+
+/** Those that tell most come first, and one that stands twice is taken as it tells most. */
+void addCertificatesAlone(std::vector<Pkcs12Certificate> certificates,
                           std::vector<Pkcs12Entry>& entries) {
-  for (const Pkcs12Certificate& certificate : certificates) {
-    if (certificate.attributes.friendlyName.empty() == isNamed) continue;
+  std::stable_sort(certificates.begin(), certificates.end(), [](const auto& a, const auto& b) {
+    return rank(a.attributes) < rank(b.attributes);
+  });
+  for (Pkcs12Certificate& certificate : certificates) {
     if (holds(entries, certificate.der)) continue;
     Pkcs12Entry entry;
-    entry.friendlyName = certificate.attributes.friendlyName;
-    entry.chain.push_back(certificate.der);
+    entry.friendlyName = std::move(certificate.attributes.friendlyName);
+    entry.chain.push_back(std::move(certificate.der));
     entry.trusted = certificate.attributes.trusted;
     entries.push_back(std::move(entry));
   }
@@ -179,8 +188,7 @@ sys::Result<std::vector<Pkcs12Entry>> join(Pkcs12Contents contents) {
     if (!entry) return entry.failure();
     entries.push_back(std::move(entry).value());
   }
-  addCertificatesAlone(contents.certificates, true, entries);
-  addCertificatesAlone(contents.certificates, false, entries);
+  addCertificatesAlone(std::move(contents.certificates), entries);
   return entries;
 }
 
