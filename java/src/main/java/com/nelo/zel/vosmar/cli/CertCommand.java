@@ -5,11 +5,16 @@ import picocli.CommandLine.Command;
 /** {@code vosmar cert}. */
 @Command(
     name = "cert",
-    description = "Makes certificates and requests and writes them to files.",
+    description = "Makes, issues, takes in and hands out certificates.",
     synopsisSubcommandLabel = "COMMAND",
     subcommands = {
       CertSelfSign.class,
       CertRequest.class,
+      CertIssue.class,
+      CertReceive.class,
+      CertAdd.class,
+      CertRenew.class,
+      CertValidate.class,
       CertExtract.class
     })
 final class CertCommand {}

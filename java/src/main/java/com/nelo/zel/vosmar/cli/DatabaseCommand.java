@@ -25,11 +25,16 @@ abstract class DatabaseCommand implements Callable<Integer> {
     try (CMSKeyDatabase database = open()) {
       run(database, output);
     }
-    return ExitCode.OK;
+    return exitCode();
   }
 
   /** Does the command's work. */
   abstract void run(CMSKeyDatabase database, Output out) throws Exception;
+
+  /** How a command ends that did its work. */
+  int exitCode() {
+    return ExitCode.OK;
+  }
 
   private CMSKeyDatabase open() throws CMSKeyDatabaseException {
     if (!password.given() && !CMSKeyDatabase.isPasswordRequired(file)) {

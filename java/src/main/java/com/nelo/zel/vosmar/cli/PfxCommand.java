@@ -7,5 +7,8 @@ import picocli.CommandLine.Command;
     name = "pfx",
     description = "Exchanges keys with other programs through PKCS#12 files.",
     synopsisSubcommandLabel = "COMMAND",
-    subcommands = {PfxExport.class})
+    subcommands = {
+      PfxExport.class,
+      PfxImport.class
+    })
 final class PfxCommand {}

@@ -1,0 +1,23 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import java.util.Map;
+import picocli.CommandLine.Command;
+import picocli.CommandLine.Mixin;
+import picocli.CommandLine.Option;
+
+/** {@code vosmar cert receive}. */
+@Command(name = "receive", description = "Takes in the certificate that a CA issued for a request.")
+final class CertReceive extends DatabaseCommand {
+  @Mixin private SourceFile source;
+
+  @Option(names = "--default", description = "Make it the default key.")
+  private boolean defaultKey;
+
+  @Override
+  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
+    database.receiveCertificate(source.path(), source.encoding(), defaultKey);
+    out.print("received " + source.path(), Map.of("received", source.path()));
+  }
+}

@@ -1,0 +1,27 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import java.util.Arrays;
+import java.util.Map;
+import picocli.CommandLine.Command;
+import picocli.CommandLine.Mixin;
+
+/** {@code vosmar pfx import}. */
+@Command(name = "import", description = "Takes in the keys and certificates of a PKCS#12 file.")
+final class PfxImport extends DatabaseCommand {
+  @Mixin private SourceFile source;
+
+  @Mixin private PfxPassword pfxPassword;
+
+  @Override
+  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
+    char[] secret = pfxPassword.existing();
+    try {
+      database.importPfx(source.path(), secret);
+    } finally {
+      Arrays.fill(secret, '\0');
+    }
+    out.print("imported " + source.path(), Map.of("imported", source.path()));
+  }
+}

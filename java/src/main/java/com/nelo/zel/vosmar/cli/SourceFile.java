@@ -1,0 +1,47 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.Encoding;
+import java.io.IOException;
+import java.io.InputStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.security.cert.CertificateException;
+import java.security.cert.CertificateFactory;
+import picocli.CommandLine.Option;
+
+/** A file to be read, in DER or Base64, which is told from its content. */
+final class SourceFile {
+  private static final int BAD_ASN1 = 2;
+  private static final int CANNOT_READ_FILE = 87;
+
+  @Option(
+      names = {"-i", "--in"},
+      required = true,
+      paramLabel = "FILE",
+      description = "The file to read.")
+  private Path path;
+
+  Path path() {
+    return path;
+  }
+
+  Encoding encoding() throws CMSKeyDatabaseException {
+    try {
+      return Encoding.of(path);
+    } catch (IOException unreadable) {
+      throw new CMSKeyDatabaseException(CANNOT_READ_FILE, path.toString());
+    }
+  }
+
+  /** The certificate in the file, in DER. */
+  byte[] certificate() throws CMSKeyDatabaseException {
+    try (InputStream stream = Files.newInputStream(path)) {
+      return CertificateFactory.getInstance("X.509").generateCertificate(stream).getEncoded();
+    } catch (IOException unreadable) {
+      throw new CMSKeyDatabaseException(CANNOT_READ_FILE, path.toString());
+    } catch (CertificateException noCertificate) {
+      throw new CMSKeyDatabaseException(BAD_ASN1, path.toString());
+    }
+  }
+}

@@ -1,0 +1,41 @@
+package com.nelo.zel.vosmar.basic;
+
+import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+
+import java.security.KeyPairGenerator;
+import javax.crypto.EncryptedPrivateKeyInfo;
+import org.junit.jupiter.api.Test;
+
+/** Private keys under a password, without any database. */
+class PrivateKeyEncryptionTest {
+  private static final char[] PASSWORD = "correct horse 1!".toCharArray();
+
+  @Test
+  void whatWasEncryptedIsDecryptedAgain() throws Exception {
+    byte[] key = KeyPairGenerator.getInstance("EC").generateKeyPair().getPrivate().getEncoded();
+
+    EncryptedPrivateKeyInfoItem encrypted = CMSKeyDatabase.encryptPrivateKey(key, PASSWORD);
+
+    assertEquals("PBES2", new EncryptedPrivateKeyInfo(encrypted.der()).getAlgName());
+    try (PrivateKeyInfoItem clear = CMSKeyDatabase.decryptPrivateKey(encrypted, PASSWORD)) {
+      assertArrayEquals(key, clear.der());
+    }
+  }
+
+  @Test
+  void aWrongPasswordIsCode120() throws Exception {
+    byte[] key = KeyPairGenerator.getInstance("EC").generateKeyPair().getPrivate().getEncoded();
+    EncryptedPrivateKeyInfoItem encrypted = CMSKeyDatabase.encryptPrivateKey(key, PASSWORD);
+
+    assertFails(
+        120, () -> CMSKeyDatabase.decryptPrivateKey(encrypted, "wrong horse 1!".toCharArray()));
+  }
+
+  @Test
+  void bytesThatAreNoKeyAreRefused() {
+    assertFails(32, () -> CMSKeyDatabase.encryptPrivateKey(new byte[] {1, 2, 3}, PASSWORD));
+    assertFails(32, () -> CMSKeyDatabase.encryptPrivateKey(new byte[0], PASSWORD));
+  }
+}
