@@ -47,7 +47,7 @@ const char* wordFor(Kind kind) {
 
 std::string Ownership::take(Kind kind, const void* what, Release release) {
   const std::string word = wordFor(kind);
-  const std::string name = word + "#" + std::to_string(++numbers_[word]);
+  std::string name = word + "#" + std::to_string(++numbers_[word]);
   takeAs(kind, what, name, release);
   return name;
 }

@@ -232,7 +232,7 @@ TEST_F(LegacyForwarders, DeleteAKeyOrARequest) {
 }
 
 TEST_F(LegacyForwarders, RefuseANullEnvironmentOrObjectAsTheOthersDo) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_CreateNewKeyDb, given, given, 0);
   callOn(env, nullptr, c_CreateNewKeyDbFIPS, given, given, 0);
   callOn(env, nullptr, c_OpenKeyDb, given, given);

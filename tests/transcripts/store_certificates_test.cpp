@@ -17,8 +17,8 @@ class StoreImportCertificate : public StoreNative {
          cert, keyLength, key);
   }
 
-  const jbyteArray cert = bytes({0x30, 0xce});
-  const jbyteArray key = bytes({0x30, 0x01, 0x1f});
+  jbyteArray cert = bytes({0x30, 0xce});
+  jbyteArray key = bytes({0x30, 0x01, 0x1f});
 };
 
 /** The password is traced under a name that belongs to tokens, unless there is none. */
@@ -126,7 +126,7 @@ TEST_F(StoreImportCertificate, WipesTheCopiesWhenTheOpenFails) {
 }
 
 TEST_F(StoreImportCertificate, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_ImportCertificate, given, given, given, 2, cert, 3, key);
   callOn(env, nullptr, c_ImportCertificate, given, given, given, 2, cert, 3, key);
   call(c_ImportCertificate, given, given, nullptr, 2, cert, 3, key);
@@ -297,7 +297,7 @@ TEST_F(StoreAddSignerCertificate, ClosesAndHandsBackTheCodeOfAFailedStore) {
 }
 
 TEST_F(StoreAddSignerCertificate, RefusesANullEnvironmentObjectLabelOrFile) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_AddSignerCertificate, given, given, given, given, 0);
   callOn(env, nullptr, c_AddSignerCertificate, given, given, given, given, 0);
   call(c_AddSignerCertificate, given, given, nullptr, given, 0);

@@ -16,7 +16,7 @@ class StoreCreateNewSelfSignedCertificate : public StoreNative {
   }
 
   jobject subject = dnItem({{"cn", "Alice"}});
-  const jbyteArray extensions = bytes({0x30, 0x02, 0x05, 0x00});
+  jbyteArray extensions = bytes({0x30, 0x02, 0x05, 0x00});
 };
 
 const std::string kClassAndStrings = R"(
@@ -177,7 +177,7 @@ TEST_F(StoreCreateNewSelfSignedCertificate, AcquiresNothingForAnotherAlgorithm) 
 
 TEST_F(StoreCreateNewSelfSignedCertificate, RefusesANullEnvironmentObjectOrClass) {
   constexpr auto native = c_CreateNewSelfSignedCertificate;
-  const jstring given = text("given");
+  jstring given = text("given");
   recorder().faults.failCall("GetObjectClass", 1);
   callOn(nullptr, self, native, given, given, 3, given, 2048, subject, 365, 1, 0, nullptr);
   callOn(env, nullptr, native, given, given, 3, given, 2048, subject, 365, 1, 0, nullptr);

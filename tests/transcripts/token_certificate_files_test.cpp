@@ -145,7 +145,7 @@ TEST_F(TokenAddSignerCertificate, ClosesAndHandsBackTheCodeOfAFailedStore) {
 }
 
 TEST_F(TokenAddSignerCertificate, RefusesANullEnvironmentObjectModuleLabelsOrFile) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_AddSignerCertificate, given, given, given, given, given, 0);
   callOn(env, nullptr, c_AddSignerCertificate, given, given, given, given, given, 0);
   call(c_AddSignerCertificate, nullptr, given, given, given, given, 0);
@@ -228,7 +228,7 @@ TEST_F(TokenExtractCertificate, HandsBackTheCodeOfAFailedOpen) {
 }
 
 TEST_F(TokenExtractCertificate, RefusesANullEnvironmentObjectModuleLabelsOrFile) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_ExtractCertificate, given, given, given, given, given, 0);
   callOn(env, nullptr, c_ExtractCertificate, given, given, given, given, given, 0);
   call(c_ExtractCertificate, nullptr, given, given, given, given, 0);

@@ -15,8 +15,8 @@ class TokenImportCertificate : public TokenNative {
          text("secret"), text("my key"), certLength, cert, keyLength, key);
   }
 
-  const jbyteArray cert = bytes({0x30, 0xce});
-  const jbyteArray key = bytes({0x30, 0x01, 0x1f});
+  jbyteArray cert = bytes({0x30, 0xce});
+  jbyteArray key = bytes({0x30, 0x01, 0x1f});
 };
 
 const std::string kAllStrings = kTokenStrings + R"(
@@ -218,7 +218,7 @@ TEST_F(TokenImportCertificate, ClosesBothAndHandsBackTheCodeOfAFailedInsert) {
 }
 
 TEST_F(TokenImportCertificate, RefusesANullEnvironmentObjectModuleLabelsOrCertificate) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_ImportCertificate, given, given, given, given, given, given, 2, cert, 3,
          key);
   callOn(env, nullptr, c_ImportCertificate, given, given, given, given, given, given, 2, cert, 3,

@@ -15,8 +15,8 @@ class ImportPersonalCertificateRequest : public TokenNative {
          text("my key"), requestLength, request, keyLength, key);
   }
 
-  const jbyteArray request = bytes({0x30, 0xe9});
-  const jbyteArray key = bytes({0x30, 0x01, 0x1f});
+  jbyteArray request = bytes({0x30, 0xe9});
+  jbyteArray key = bytes({0x30, 0x01, 0x1f});
 };
 
 const std::string kLabelToo = R"(
@@ -121,7 +121,7 @@ TEST_F(ImportPersonalCertificateRequest, WipesTheCopiesWhenTheOpenFails) {
 }
 
 TEST_F(ImportPersonalCertificateRequest, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
+  jstring given = text("given");
   constexpr auto import = c_ImportPersonalCertificateRequest;
   callOn(nullptr, self, import, given, given, given, given, 2, request, 3, key);
   callOn(env, nullptr, import, given, given, given, given, 2, request, 3, key);

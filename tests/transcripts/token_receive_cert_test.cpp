@@ -259,7 +259,7 @@ TEST_F(ReceivePersonalCertificate, ClosesBothAndHandsBackTheCodeOfAFailedReceive
 }
 
 TEST_F(ReceivePersonalCertificate, RefusesANullEnvironmentObjectModuleLabelOrFile) {
-  const jstring given = text("given");
+  jstring given = text("given");
   callOn(nullptr, self, c_ReceivePersonalCertificate, given, given, given, given, given, given, 0);
   callOn(env, nullptr, c_ReceivePersonalCertificate, given, given, given, given, given, given, 0);
   call(c_ReceivePersonalCertificate, nullptr, given, given, given, given, given, 0);

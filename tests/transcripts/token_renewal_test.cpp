@@ -171,8 +171,8 @@ TEST_F(IsPersonalCertificateRenewal, AsksTheLibraryEvenWithoutACopy) {
 }
 
 TEST_F(IsPersonalCertificateRenewal, IsFalseForANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
-  const jbyteArray cert = bytes(kCert);
+  jstring given = text("given");
+  jbyteArray cert = bytes(kCert);
   constexpr auto ask = c_IsPersonalCertificateRenewal;
   callOn(nullptr, self, ask, given, given, given, 4, cert);
   callOn(env, nullptr, ask, given, given, given, 4, cert);
@@ -290,8 +290,8 @@ TEST_F(RenewPersonalCertificate, AsksTheLibraryEvenWithoutACopy) {
 }
 
 TEST_F(RenewPersonalCertificate, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
-  const jbyteArray cert = bytes(kCert);
+  jstring given = text("given");
+  jbyteArray cert = bytes(kCert);
   constexpr auto renew = c_RenewPersonalCertificate;
   callOn(nullptr, self, renew, given, given, given, 4, cert);
   callOn(env, nullptr, renew, given, given, given, 4, cert);

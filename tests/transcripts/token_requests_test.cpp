@@ -110,8 +110,8 @@ TEST_F(CreatePersonalCertificateRequest, RefusesAnyAlgorithmButTwo) {
 }
 
 TEST_F(CreatePersonalCertificateRequest, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
-  const jobject dn = dnItem({{"cn", "Alice"}});
+  jstring given = text("given");
+  jobject dn = dnItem({{"cn", "Alice"}});
   constexpr auto create = c_CreatePersonalCertificateRequest;
   callOn(nullptr, self, create, given, given, given, given, 2048, dn, 1, given);
   callOn(env, nullptr, create, given, given, given, given, 2048, dn, 1, given);
@@ -209,7 +209,7 @@ TEST_F(RecreatePersonalCertificateRequest, RefusesAnyAlgorithmButTwo) {
 }
 
 TEST_F(RecreatePersonalCertificateRequest, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
+  jstring given = text("given");
   constexpr auto recreate = c_RecreatePersonalCertificateRequest;
   callOn(nullptr, self, recreate, given, given, given, given, 1, given);
   callOn(env, nullptr, recreate, given, given, given, given, 1, given);
@@ -293,7 +293,7 @@ TEST_F(ExtractPersonalCertificateRequest, HandsBackTheCodeOfAFailedOpen) {
 }
 
 TEST_F(ExtractPersonalCertificateRequest, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
+  jstring given = text("given");
   constexpr auto extract = c_ExtractPersonalCertificateRequest;
   callOn(nullptr, self, extract, given, given, given, given, given);
   callOn(env, nullptr, extract, given, given, given, given, given);

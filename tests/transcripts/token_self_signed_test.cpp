@@ -103,8 +103,8 @@ TEST_F(TokenCreateSelfSignedCertificate, RefusesAnyAlgorithmButTwo) {
 }
 
 TEST_F(TokenCreateSelfSignedCertificate, RefusesANullEnvironmentObjectOrNeededArgument) {
-  const jstring given = text("given");
-  const jobject dn = dnItem({{"cn", "Alice"}});
+  jstring given = text("given");
+  jobject dn = dnItem({{"cn", "Alice"}});
   constexpr auto create = c_CreateSelfSignedCertificate;
   callOn(nullptr, self, create, given, given, given, 3, given, 2048, dn, 365, 1);
   callOn(env, nullptr, create, given, given, given, 3, given, 2048, dn, 365, 1);
