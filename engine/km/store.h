@@ -25,7 +25,8 @@
  *     Certificates, requests and public keys are DER.
  *  2. A changing call is all or nothing, and so is a run of them inside inTransaction.
  *  3. A store is used by one thread at a time: onStore sees to it.
- *  4. What a store cannot do is ZELKM_ERR_UNSUPPORTED_OPTION (80).
+ *  4. What a store cannot do is ZELKM_ERR_UNSUPPORTED_OPTION (80), what a token cannot do is
+ *     ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT (141).
  */
 
 namespace zel::km {
@@ -113,6 +114,14 @@ class Store {
    * body as it is.
    */
   virtual sys::Status inTransaction(const std::function<sys::Status()>& body) = 0;
+
+  /**
+   * Runs the body on the store that takes the certificates which come along with an entry: this
+   * one, or the secondary key database of a token that was lent one.
+   */
+  virtual sys::Status onSignerStore(const std::function<sys::Status(Store&)>& body) {
+    return body(*this);
+  }
 
   /**
    * A new key pair: 2048 to 16384 bits RSA; 256, 384, 521 EC on the NIST curve; 25519 Ed25519.

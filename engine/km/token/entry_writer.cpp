@@ -158,11 +158,15 @@ sys::Status EntryWriter::removeRequest(const PendingEntry& entry) {
 
 sys::Result<std::optional<EntryWriter::KeyObjects>> EntryWriter::keyFor(const PrivateKey& key,
                                                                         sys::ByteView publicKey) {
+  const CK_OBJECT_HANDLE referred = referredTo(key.reference);
+  if (changes_.doomed().contains(referred)) {
+    sys::Status spared = spareKey(referred);
+    if (!spared) return spared.failure();
+  }
   sys::Result<Inventory> all = inventory();
   if (!all) return all.failure();
-  const PrivateKeyObject* known = key.reference.empty()
-                                      ? all.value().privateKeyOf(publicKey)
-                                      : all.value().privateKey(referredTo(key.reference));
+  const PrivateKeyObject* known = key.reference.empty() ? all.value().privateKeyOf(publicKey)
+                                                        : all.value().privateKey(referred);
   if (known != nullptr) return std::optional(objectsOf(all.value(), *known));
   if (!key.reference.empty()) {
     return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED,
@@ -218,6 +222,19 @@ sys::Status EntryWriter::claim(KeyObjects& key, std::string_view label, sys::Byt
 
 sys::Status EntryWriter::rememberSubject(const KeyObjects& key, sys::ByteView subject) {
   return changes_.change(key.privateKey, CKA_SUBJECT, subject);
+}
+
+/** A key whose request was removed lives on in the certificate that is written next. */
+sys::Status EntryWriter::spareKey(CK_OBJECT_HANDLE privateKey) {
+  sys::Result<Inventory> everything = Inventory::take(session_, {}, {});
+  if (!everything) return everything.failure();
+  const PrivateKeyObject* key = everything.value().privateKey(privateKey);
+  if (key == nullptr) return sys::success();
+  changes_.spare(privateKey);
+  for (const PublicKeyObject* each : everything.value().publicKeysOf(*key)) {
+    changes_.spare(each->handle);
+  }
+  return sys::success();
 }
 
 sys::Status EntryWriter::dropKeyIfUnused(CK_OBJECT_HANDLE privateKey) {

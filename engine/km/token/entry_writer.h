@@ -69,6 +69,7 @@ class EntryWriter {
   sys::Status claim(KeyObjects& key, std::string_view label, sys::ByteView publicKey,
                     sys::ByteView subject);
   sys::Status rememberSubject(const KeyObjects& key, sys::ByteView subject);
+  sys::Status spareKey(CK_OBJECT_HANDLE privateKey);
   /** Dooms a key pair that no entry needs any more. */
   sys::Status dropKeyIfUnused(CK_OBJECT_HANDLE privateKey);
 

@@ -39,13 +39,6 @@ bool fitsType(CK_ULONG keyType, sys::ByteView publicKeyInfo) {
   }
 }
 
-/** The public key decides; the ID does where the token does not tell the public key. */
-bool belongTogether(const CertificateObject& certificate, const PrivateKeyObject& key) {
-  if (!key.publicKey.empty()) return same(key.publicKey, certificate.publicKey);
-  return !key.id.empty() && same(key.id, certificate.id) &&
-         fitsType(key.type, certificate.publicKey);
-}
-
 /** A certificate's label, or what comes closest to one. */
 std::string labelOf(const CertificateObject& certificate, const PrivateKeyObject* key) {
   if (!certificate.label.empty()) return certificate.label;
@@ -149,6 +142,21 @@ void Inventory::enterRequests(const Handles& unclaimed) {
   };
   std::ranges::sort(requests_, precedes);
   numberLabels(requests_);
+}
+
+/**
+ * The public key decides. Where the token does not tell it the ID does, unless it was given to
+ * several keys: those cannot be told apart, and are left without a certificate.
+ */
+bool Inventory::belongTogether(const CertificateObject& certificate,
+                               const PrivateKeyObject& key) const {
+  if (!key.publicKey.empty()) return same(key.publicKey, certificate.publicKey);
+  if (key.id.empty() || !same(key.id, certificate.id)) return false;
+  const auto isLike = [&](const PrivateKeyObject& other) {
+    return other.type == key.type && same(other.id, key.id);
+  };
+  return fitsType(key.type, certificate.publicKey) &&
+         std::ranges::count_if(objects_.privateKeys, isLike) == 1;
 }
 
 /** Of copies of one private key, the one with the certificate's ID is taken. */

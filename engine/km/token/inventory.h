@@ -78,6 +78,7 @@ class Inventory {
   void completePublicKeys();
   void enterCertificates();
   void enterRequests(const Handles& unclaimed);
+  bool belongTogether(const CertificateObject& certificate, const PrivateKeyObject& key) const;
   const PrivateKeyObject* keyOf(const CertificateObject& certificate) const;
 
   TokenObjects objects_;

@@ -50,10 +50,10 @@ Template publicKeyTemplate(sys::ByteView id) {
   return attributes;
 }
 
-/** RSA keys decrypt as well: TLS and mail still ask them to. EC keys derive. */
+/** RSA keys decrypt as well: TLS and mail still ask them to. EC keys derive. None wraps others. */
 void addOtherUses(Template& publicKey, Template& privateKey, bool isRsa) {
-  if (isRsa) publicKey.addFlag(CKA_ENCRYPT, true);
-  privateKey.addFlag(isRsa ? CKA_DECRYPT : CKA_DERIVE, true);
+  publicKey.addFlag(CKA_ENCRYPT, isRsa).addFlag(CKA_WRAP, false);
+  privateKey.addFlag(CKA_DECRYPT, isRsa).addFlag(CKA_DERIVE, !isRsa).addFlag(CKA_UNWRAP, false);
 }
 
 sys::Result<CK_MECHANISM_TYPE> mechanismFor(const Session& session, int keySize) {
@@ -63,7 +63,9 @@ sys::Result<CK_MECHANISM_TYPE> mechanismFor(const Session& session, int keySize)
   }
   const CK_MECHANISM_TYPE mechanism =
       isCurveSize(keySize) ? CKM_EC_KEY_PAIR_GEN : CKM_RSA_PKCS_KEY_PAIR_GEN;
-  if (!session.offers(mechanism, keySize)) {
+  const sys::Result<bool> offered = session.offers(mechanism, keySize);
+  if (!offered) return offered.failure();
+  if (!offered.value()) {
     return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT, "the token makes no key of size %d",
                      keySize);
   }

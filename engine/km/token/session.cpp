@@ -145,12 +145,14 @@ sys::Status Session::destroy(CK_OBJECT_HANDLE object) const {
   return sys::success();
 }
 
-bool Session::offers(CK_MECHANISM_TYPE mechanism, int keySize) const {
+sys::Result<bool> Session::offers(CK_MECHANISM_TYPE mechanism, int keySize) const {
   CK_MECHANISM_INFO info{};
   const CK_RV rv =
       module_->call(&CK_FUNCTION_LIST::C_GetMechanismInfo, token_.slot, mechanism, &info);
+  if (rv == CKR_MECHANISM_INVALID) return false;
+  if (rv != CKR_OK) return cryptokiFailure(rv, "describe a mechanism");
   const auto size = static_cast<CK_ULONG>(keySize);
-  return rv == CKR_OK && info.ulMinKeySize <= size && size <= info.ulMaxKeySize;
+  return info.ulMinKeySize <= size && size <= info.ulMaxKeySize;
 }
 
 sys::Result<KeyPairHandles> Session::generateKeyPair(CK_MECHANISM_TYPE mechanism,

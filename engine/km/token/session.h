@@ -65,7 +65,7 @@ class Session {
   sys::Status destroy(CK_OBJECT_HANDLE object) const;
 
   /** True when the token offers the mechanism for a key of that size in bits. */
-  bool offers(CK_MECHANISM_TYPE mechanism, int keySize) const;
+  sys::Result<bool> offers(CK_MECHANISM_TYPE mechanism, int keySize) const;
   sys::Result<KeyPairHandles> generateKeyPair(CK_MECHANISM_TYPE mechanism,
                                               const Template& publicKey,
                                               const Template& privateKey) const;

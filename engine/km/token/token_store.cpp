@@ -267,6 +267,10 @@ sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) 
   return changes_.commit();
 }
 
+sys::Status TokenStore::onSignerStore(const std::function<sys::Status(Store&)>& body) {
+  return secondary_ == 0 ? body(*this) : onSecondary(body);
+}
+
 /** The secondary commits first: when it cannot, the token is still to be taken back. */
 sys::Status TokenStore::withSecondary(const std::function<sys::Status()>& body) {
   return onSecondary([&](Store& secondary) -> sys::Status {

@@ -52,14 +52,14 @@ std::string NssDatabase::moduleName() const {
 }
 
 TokenTest::TokenTest() {
-  if (GetParam() == Vendor::softHsm) {
-    SoftHsm(folder_).addToken(kSoftHsmLabel);
-    moduleName_ = kSoftHsmModule;
-    label_ = kSoftHsmLabel;
-  } else {
+  if (GetParam() == Vendor::nss) {
     moduleName_ = NssDatabase(folder_).moduleName();
     label_ = kNssLabel;
+    return;
   }
+  SoftHsm(folder_).addToken(kSoftHsmLabel);
+  moduleName_ = GetParam() == Vendor::softHsm ? kSoftHsmModule : ZEL_HOOKED_MODULE;
+  label_ = kSoftHsmLabel;
 }
 
 TokenTest::~TokenTest() {

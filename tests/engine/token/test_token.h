@@ -24,16 +24,25 @@ namespace zel::km::token {
 inline constexpr const char* kPin = "123456";
 inline constexpr const char* kWrongPin = "654321";
 
-enum class Vendor { softHsm, nss };
+/** The hooked SoftHSM is for tests that fail it on purpose (hooks.h). */
+enum class Vendor { softHsm, nss, hookedSoftHsm };
 inline constexpr Vendor kVendors[] = {Vendor::softHsm, Vendor::nss};
 
-inline void PrintTo(Vendor vendor, std::ostream* out) {
-  *out << (vendor == Vendor::softHsm ? "SoftHSM" : "NSS");
+inline const char* nameOf(Vendor vendor) {
+  switch (vendor) {
+    case Vendor::softHsm:
+      return "softHsm";
+    case Vendor::nss:
+      return "nss";
+    case Vendor::hookedSoftHsm:
+      break;
+  }
+  return "hookedSoftHsm";
 }
-
 inline std::string vendorName(const testing::TestParamInfo<Vendor>& info) {
-  return info.param == Vendor::softHsm ? "softHsm" : "nss";
+  return nameOf(info.param);
 }
+inline void PrintTo(Vendor vendor, std::ostream* out) { *out << nameOf(vendor); }
 
 inline constexpr const char* kSoftHsmModule = "/usr/lib/softhsm/libsofthsm2.so";
 

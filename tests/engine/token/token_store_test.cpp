@@ -28,10 +28,13 @@ TokenStoreTest::TokenStoreTest() { reopen(); }
 
 void TokenStoreTest::reopen() {
   store_.reset();
-  sys::Result<std::unique_ptr<Store>> opened =
-      TokenStore::open(moduleName().c_str(), label().c_str(), kPin);
+  sys::Result<std::unique_ptr<Store>> opened = openStore();
   EXPECT_EQ(opened.code(), ZELKM_OK);
   if (opened) store_ = std::move(opened).value();
+}
+
+sys::Result<std::unique_ptr<Store>> TokenStoreTest::openStore() const {
+  return TokenStore::open(moduleName().c_str(), label().c_str(), kPin);
 }
 
 GeneratedKey TokenStoreTest::newKey() {

@@ -17,6 +17,8 @@ class TokenStoreTest : public TokenTest {
   Store& store() { return *store_; }
   /** Closes the token and opens it again, as another program would. */
   void reopen();
+  void close() { store_.reset(); }
+  sys::Result<std::unique_ptr<Store>> openStore() const;
 
   /** A new key on the token, of 256 bits. */
   GeneratedKey newKey();
