@@ -7,6 +7,24 @@
 
 namespace zel::km {
 
+namespace {
+
+sys::Status addIfNew(Store& home, const sys::Bytes& certificate) {
+  const sys::Result<bool> isThere = hasCertificate(home, certificate);
+  if (!isThere) return isThere.failure();
+  if (isThere.value()) return sys::success();
+  const sys::Result<std::string> wanted = labelForCertificate(certificate);
+  if (!wanted) return wanted.failure();
+  const sys::Result<std::string> label = freeKeyLabel(home, wanted.value());
+  if (!label) return label.failure();
+  KeyEntry entry;
+  entry.label = label.value();
+  entry.certificate = certificate;
+  return home.insertKey(entry);
+}
+
+}  // namespace
+
 sys::Result<bool> hasCertificate(Store& store, const sys::Bytes& certificate) {
   const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
   if (!keys) return keys.failure();
@@ -21,14 +39,7 @@ sys::Status addIssuer(Store& store, const sys::Bytes& certificate) {
   const sys::Result<bool> isThere = hasCertificate(store, certificate);
   if (!isThere) return isThere.failure();
   if (isThere.value()) return sys::success();
-  const sys::Result<std::string> wanted = labelForCertificate(certificate);
-  if (!wanted) return wanted.failure();
-  const sys::Result<std::string> label = freeKeyLabel(store, wanted.value());
-  if (!label) return label.failure();
-  KeyEntry entry;
-  entry.label = label.value();
-  entry.certificate = certificate;
-  return store.insertKey(entry);
+  return store.onSignerStore([&](Store& home) { return addIfNew(home, certificate); });
 }
 
 }  // namespace zel::km

@@ -12,7 +12,8 @@ sys::Result<bool> hasCertificate(Store& store, const sys::Bytes& certificate);
 
 /**
  * addIssuer keeps a certificate that came along with another, under a label made from its subject,
- * unless the store has it. It is not trusted: whoever sent it may have invented it.
+ * unless the store has it; a token hands it to its secondary key database. It is not trusted:
+ * whoever sent it may have invented it.
  */
 sys::Status addIssuer(Store& store, const sys::Bytes& certificate);
 
