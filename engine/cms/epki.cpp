@@ -68,7 +68,7 @@ sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, const Pb
       EVP_EncryptFinal_ex(context.get(), cipherText.data() + length, &lastLength) != 1) {
     return cryptoFailure(ZELKM_ERR_CRYPTO, "encrypt a private key");
   }
-  cipherText.resize(static_cast<std::size_t>(length + lastLength));
+  cipherText.resize(static_cast<std::size_t>(length) + static_cast<std::size_t>(lastLength));
 
   const X509SigPtr epki(X509_SIG_new());
   X509_ALGOR* algorithmOut = nullptr;
