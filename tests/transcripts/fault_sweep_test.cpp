@@ -1,6 +1,9 @@
 #include "tests/transcripts/fault_sweep.h"
 
 #include <ostream>
+#include <sstream>
+
+#include "bridge/frame/trace.h"
 
 namespace zel::test {
 
@@ -67,6 +70,25 @@ TEST_P(FaultSweep, SurvivesAnyJniCallFailing) { sweepOver(FaultPlan::kJni); }
 TEST_P(FaultSweep, SurvivesAnyOperationFailing) { sweepOver(FaultPlan::kLibrary); }
 
 TEST_P(FaultSweep, SurvivesAnyAllocationFailing) { sweepOver(FaultPlan::kAllocation); }
+
+/** Without the trace a native does exactly what it does with it. */
+TEST_P(FaultSweep, DoesTheSameWithoutTheTrace) {
+  std::string untraced;
+  {
+    Sweep sweep(GetParam());
+    bridge::debugMsgEnv = nullptr;
+    GetParam().call(sweep);
+    untraced = recorder().transcript();
+  }
+  Sweep sweep(GetParam());
+  GetParam().call(sweep);
+  std::string withoutTraces;
+  std::istringstream traced(recorder().transcript());
+  for (std::string line; std::getline(traced, line);) {
+    if (!line.starts_with("trace ")) withoutTraces += line + "\n";
+  }
+  EXPECT_EQ(untraced, withoutTraces);
+}
 
 /** What comes with an error may have to stay behind, but is not used wrongly. */
 TEST_P(FaultSweep, SurvivesOutputsThatComeWithAnError) {
