@@ -1,5 +1,6 @@
 #include "engine/km/token/changes.h"
 
+#include <ranges>
 #include <utility>
 
 #include "engine/km/token/cryptoki_codes.h"
@@ -20,16 +21,16 @@ sys::Status Changes::commit() {
 
 void Changes::rollBack() {
   doomed_.clear();
-  for (auto undo = done_.rbegin(); undo != done_.rend(); ++undo) {
+  for (const Undo& undo : std::views::reverse(done_)) {
     sys::Status status = sys::success();
-    if (undo->wasMade) {
-      status = session_.destroy(undo->object);
+    if (undo.wasMade) {
+      status = session_.destroy(undo.object);
     } else {
       Template old;
-      old.addBytes(undo->type, undo->oldValue);
-      status = session_.change(undo->object, old);
+      old.addBytes(undo.type, undo.oldValue);
+      status = session_.change(undo.object, old);
     }
-    if (!status) sys::traceLine("object %lu stays changed on the token", undo->object);
+    if (!status) sys::traceLine("object %lu stays changed on the token", undo.object);
   }
   done_.clear();
   underWay_ = false;

@@ -44,7 +44,7 @@ std::string labelOf(const CertificateObject& certificate, const PrivateKeyObject
   if (!certificate.label.empty()) return certificate.label;
   if (key != nullptr && !key->label.empty()) return key->label;
   sys::Result<cms::CertificateFields> fields = cms::readCertificate(certificate.der);
-  if (fields && fields.value().subject.cn.value_or("") != "") return *fields.value().subject.cn;
+  if (fields && !fields.value().subject.cn.value_or("").empty()) return *fields.value().subject.cn;
   std::uint8_t thumbprint[SHA_DIGEST_LENGTH];
   EVP_Digest(certificate.der.data(), certificate.der.size(), &thumbprint[0], nullptr, EVP_sha1(),
              nullptr);
@@ -60,6 +60,7 @@ std::string labelOf(const PrivateKeyObject& key) {
 template <typename Entry>
 void numberLabels(std::vector<Entry>& entries) {
   std::vector<std::string> labels;
+  labels.reserve(entries.size());
   for (const Entry& entry : entries) {
     labels.push_back(boundedLabel(cms::toModifiedUtf8(entry.label)));
   }

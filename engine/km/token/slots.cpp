@@ -72,6 +72,7 @@ sys::Result<std::vector<Token>> listTokens(const Module& module) {
     return std::tie(left.label, left.serialNumber) < std::tie(right.label, right.serialNumber);
   });
   std::vector<std::string> labels;
+  labels.reserve(tokens.size());
   for (const Token& token : tokens) labels.push_back(token.label);
   labels = numberedLabels(std::move(labels));
   for (std::size_t at = 0; at < tokens.size(); ++at) tokens[at].label = labels[at];

@@ -31,6 +31,7 @@ sys::Result<std::vector<std::string>> listTokenLabels(const char* moduleName) {
   sys::Result<std::vector<Token>> tokens = listTokens(*module.value());
   if (!tokens) return tokens.failure();
   std::vector<std::string> labels;
+  labels.reserve(tokens.value().size());
   for (Token& token : tokens.value()) labels.push_back(std::move(token.label));
   return labels;
 }

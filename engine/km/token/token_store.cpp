@@ -40,6 +40,7 @@ sys::Failure noDefaultKey() {
 template <typename Entry>
 std::vector<std::string> labelsOf(const std::vector<Entry>& entries) {
   std::vector<std::string> labels;
+  labels.reserve(entries.size());
   for (const Entry& entry : entries) labels.push_back(entry.label);
   return labels;
 }
