@@ -22,7 +22,10 @@ sys::Status addObject(sys::ByteView der, std::vector<sys::Bytes>& certificates) 
     return sys::success();
   }
   const Pkcs7Ptr message = decodeDer<Pkcs7Ptr>(d2i_PKCS7, der);
-  if (!message) return cryptoFailure(ZELKM_ERR_ASN, "read a certificate or a PKCS #7 message");
+  // The content is optional (RFC 2315, section 7), whatever the type.
+  if (!message || message->d.ptr == nullptr) {
+    return cryptoFailure(ZELKM_ERR_ASN, "read a certificate or a PKCS #7 message");
+  }
   ERR_clear_error();
   const STACK_OF(X509)* held = certificatesOf(*message);
   for (int i = 0; i < sk_X509_num(held); ++i) {

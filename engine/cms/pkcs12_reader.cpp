@@ -16,6 +16,18 @@ enum class Integrity { absent, confirmed, denied };
 
 constexpr PbePassword kNoPassword = {nullptr, 0};
 
+/** The safes of a PFX, each with a content, which RFC 2315 makes optional. */
+sys::Result<Pkcs12SafesPtr> safesOf(const PKCS12& pfx) {
+  Pkcs12SafesPtr safes(PKCS12_unpack_authsafes(&pfx));
+  if (!safes) return cryptoFailure(ZELKM_ERR_INVALID_PKCS12_DATA, "read the safes of a PFX");
+  for (int i = 0; i < sk_PKCS7_num(safes.get()); ++i) {
+    if (sk_PKCS7_value(safes.get(), i)->d.ptr == nullptr) {
+      return sys::fail(ZELKM_ERR_INVALID_PKCS12_DATA, "a safe without content");
+    }
+  }
+  return safes;
+}
+
 sys::Result<Pkcs12Ptr> decode(sys::ByteView file) {
   // Decoding into an object of the legacy context makes OpenSSL look its digests up there.
   PKCS12* pfx = PKCS12_init_ex(NID_pkcs7_data, legacyCryptoContext(), nullptr);
@@ -85,14 +97,13 @@ sys::Result<Pkcs12BagsPtr> openSafe(PKCS7& safe, PbePassword password) {
  * Opens all safes. A failed decryption alone does not tell a wrong password from damage:
  * ZELKM_ERR_INVALID_PKCS12_DATA stands for both here.
  */
-sys::Result<Pkcs12Contents> openAll(const PKCS12& pfx, PbePassword password) {
-  const Pkcs12SafesPtr safes(PKCS12_unpack_authsafes(&pfx));
-  if (!safes) return cryptoFailure(ZELKM_ERR_INVALID_PKCS12_DATA, "read the safes of a PFX");
+sys::Result<Pkcs12Contents> openAll(const STACK_OF(PKCS7) & safes, PbePassword password) {
   Pkcs12Contents contents;
-  for (int i = 0; i < sk_PKCS7_num(safes.get()); ++i) {
-    const sys::Result<Pkcs12BagsPtr> bags = openSafe(*sk_PKCS7_value(safes.get(), i), password);
+  for (int i = 0; i < sk_PKCS7_num(&safes); ++i) {
+    PKCS7& safe = *sk_PKCS7_value(&safes, i);
+    const sys::Result<Pkcs12BagsPtr> bags = openSafe(safe, password);
     if (!bags) return bags.failure();
-    if (PKCS7_type_is_encrypted(sk_PKCS7_value(safes.get(), i))) contents.hasDecrypted = true;
+    if (PKCS7_type_is_encrypted(&safe)) contents.hasDecrypted = true;
     const sys::Status added = addBags(*bags.value(), password, contents);
     if (added.code() == ZELKM_ERR_PBE_ALG_UNSUPPORT) return added.failure();
     if (!added) return sys::Failure{ZELKM_ERR_INVALID_PKCS12_DATA};
@@ -105,9 +116,11 @@ sys::Result<Pkcs12Contents> openAll(const PKCS12& pfx, PbePassword password) {
  * "wrong password or damaged"; a password that nevertheless opens the safes is the right one.
  */
 sys::Result<Pkcs12Contents> openWith(PKCS12& pfx, PbePassword password) {
+  const sys::Result<Pkcs12SafesPtr> safes = safesOf(pfx);
+  if (!safes) return safes.failure();
   const sys::Result<Integrity> integrity = checkIntegrity(pfx, password);
   if (!integrity) return integrity.failure();
-  sys::Result<Pkcs12Contents> contents = openAll(pfx, password);
+  sys::Result<Pkcs12Contents> contents = openAll(*safes.value(), password);
   if (contents.code() == ZELKM_ERR_PBE_ALG_UNSUPPORT) return contents;
   if (integrity.value() == Integrity::confirmed) return contents;
   if (contents && integrity.value() == Integrity::absent) return contents;

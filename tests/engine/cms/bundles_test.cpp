@@ -56,5 +56,16 @@ TEST_F(Bundles, WithoutCertificatesAreToldFromNone) {
   EXPECT_EQ(readBundle(text("-----BEGIN X-----\nYQ==\n")).code(), ZELKM_ERR_BASE64_INVALID_MSGTYPE);
 }
 
+TEST_F(Bundles, WithoutContentAreRefused) {
+  constexpr std::uint8_t kSigned = 2;
+  constexpr std::uint8_t kSignedAndEnveloped = 4;
+  constexpr std::uint8_t kEncrypted = 6;
+  for (const std::uint8_t type : {kSigned, kSignedAndEnveloped, kEncrypted}) {
+    const sys::Bytes typeAlone = {0x30, 0x0B, 0x06, 0x09, 0x2A, 0x86, 0x48,
+                                  0x86, 0xF7, 0x0D, 0x01, 0x07, type};
+    EXPECT_EQ(readBundle(typeAlone).code(), ZELKM_ERR_ASN) << int{type};
+  }
+}
+
 }  // namespace
 }  // namespace zel::cms

@@ -199,6 +199,20 @@ TEST_F(PfxImport, TellsAWrongPasswordFromDamageAndFromTheUnknown) {
   EXPECT_THAT(keyLabels(), IsEmpty());
 }
 
+TEST_F(PfxImport, RefusesASafeWithoutContent) {
+  constexpr std::uint8_t kData = 1;
+  constexpr std::uint8_t kEncrypted = 6;
+  for (const std::uint8_t type : {kData, kEncrypted}) {
+    const sys::Bytes file = {0x30, 0x23, 0x02, 0x01, 0x03,                          // version 3
+                             0x30, 0x1E, 0x06, 0x09, 0x2A, 0x86, 0x48, 0x86, 0xF7,  // of type data
+                             0x0D, 0x01, 0x07, 0x01, 0xA0, 0x11, 0x04, 0x0F, 0x30,  //
+                             0x0D, 0x30, 0x0B, 0x06, 0x09, 0x2A, 0x86, 0x48, 0x86,  // one safe
+                             0xF7, 0x0D, 0x01, 0x07, type};
+    folder().write("file.p12", file);
+    EXPECT_EQ(import(), ZELKM_ERR_INVALID_PKCS12_DATA) << int{type};
+  }
+}
+
 TEST_F(PfxImport, SaysWhatElseIsWrong) {
   EXPECT_EQ(import(), ZELKM_ERR_FILE_OPEN_NOT_EXIST);
   EXPECT_EQ(ZELKM_ImportKeysFromPFXFile(handle(), nullptr, "x"), ZELKM_ERR_FILENAME_NULL);
