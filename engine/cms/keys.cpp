@@ -60,8 +60,9 @@ sys::Result<KeyPtr> generateKey(int size) {
 KeyTraits describeKey(const EVP_PKEY& key) {
   switch (EVP_PKEY_get_base_id(&key)) {
     case EVP_PKEY_RSA:
-    case EVP_PKEY_RSA_PSS:
       return {KeyAlgorithm::rsa, EVP_PKEY_get_bits(&key)};
+    case EVP_PKEY_RSA_PSS:
+      return {KeyAlgorithm::rsa, EVP_PKEY_get_bits(&key), true};
     case EVP_PKEY_EC:
       return {KeyAlgorithm::ec, EVP_PKEY_get_bits(&key)};
     case EVP_PKEY_ED25519:

@@ -20,10 +20,14 @@ enum class KeyAlgorithm { unknown = 0, rsa = 1, ec = 2, ed25519 = 3 };
 /** The largest RSA modulus that is made or read, in bits. */
 inline constexpr int kMaxKeySize = 16384;
 
-/** KeyTraits is what a public key tells about itself. The size is in bits; 255 for Ed25519. */
+/**
+ * KeyTraits is what a public key tells about itself. The size is in bits; 255 for Ed25519. An RSA
+ * key may be bound to PSS (id-RSASSA-PSS, RFC 4055), which nothing here signs with.
+ */
 struct KeyTraits {
   KeyAlgorithm algorithm = KeyAlgorithm::unknown;
   int size = 0;
+  bool isBoundToPss = false;
 
   bool operator==(const KeyTraits&) const = default;
 };

@@ -53,7 +53,7 @@ sys::Result<SigningDigest> chooseDigest(const KeyTraits& key, int selector) {
   if (selector < kByKeyStrength || selector > kSha512) {
     return sys::fail(ZELKM_ERR_SIGNATURE_ALGORITHM, "no signature algorithm %d", selector);
   }
-  if (key.algorithm == KeyAlgorithm::unknown) {
+  if (key.algorithm == KeyAlgorithm::unknown || key.isBoundToPss) {
     return sys::fail(ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM, "cannot sign with such a key");
   }
   if (key.algorithm == KeyAlgorithm::ed25519) return SigningDigest::none;

@@ -34,7 +34,8 @@ enum SignatureSelector { kByKeyStrength = 0, kSha256 = 1, kSha512 = 2 };
  * of security (RSA 3072, P-256), SHA-384 up to 192 (RSA 7680, P-384), SHA-512 above.
  *
  * ZELKM_ERR_SIGNATURE_ALGORITHM for a selector that does not exist,
- * ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM for a key that is not RSA, EC or Ed25519.
+ * ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM for a key that is not RSA, EC or Ed25519, or
+ * that is bound to PSS.
  */
 ZEL_CMS_API sys::Result<SigningDigest> chooseDigest(const KeyTraits& key, int selector);
 

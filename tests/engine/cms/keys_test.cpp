@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "engine/cms/signing.h"
 #include "tests/engine/cms/tools.h"
 
 namespace zel::cms {
@@ -73,6 +74,20 @@ TEST(Keys, OfOtherAlgorithmsAreToldFromDamagedOnes) {
   EXPECT_EQ(readPrivateKey(damaged).code(), ZELKM_ERR_ASN);
   EXPECT_EQ(readPrivateKey(text("no key at all")).code(), ZELKM_ERR_ASN);
   EXPECT_EQ(readPrivateKey({}).code(), ZELKM_ERR_ASN);
+}
+
+TEST(Keys, BoundToPssAreRsaButDoNotSign) {
+  const TemporaryFolder folder;
+  ASSERT_EQ(
+      run("openssl genpkey -algorithm RSA-PSS -outform DER -out " + folder.path("pss")).exitCode,
+      0);
+  const sys::Result<KeyPtr> key = readPrivateKey(folder.read("pss"));
+  ASSERT_TRUE(key);
+  const KeyTraits traits = describeKey(*key.value());
+  EXPECT_EQ(traits, (KeyTraits{KeyAlgorithm::rsa, 2048, true}));
+  EXPECT_EQ(describePublicKey(publicKeyInfo(*key.value()).value()).value(), traits);
+  EXPECT_EQ(chooseDigest(traits, kByKeyStrength).code(), ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM);
+  EXPECT_EQ(chooseDigest(traits, kSha256).code(), ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM);
 }
 
 TEST(Keys, PublicKeysOfUnknownKindAreDescribedAsUnknown) {
