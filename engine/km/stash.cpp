@@ -15,6 +15,7 @@ namespace {
 // A file begins with it; the digit is the version.
 constexpr std::string_view kMagic = "ZELSTASH1";
 constexpr std::size_t kLongest = 65536;
+constexpr std::string_view kExtension = ".sth";
 
 using StashKey = std::array<std::uint8_t, kKeyLength>;
 
@@ -33,7 +34,9 @@ std::string stashNameOf(const std::string& databaseName) {
   const std::size_t start = slash == std::string::npos ? 0 : slash + 1;
   const std::size_t dot = databaseName.rfind('.');
   const bool hasExtension = dot != std::string::npos && dot > start;
-  return databaseName.substr(0, hasExtension ? dot : databaseName.size()) + ".sth";
+  // A database may have the extension itself, and its stash file must not take its place.
+  const bool isReplaced = hasExtension && databaseName.substr(dot) != kExtension;
+  return databaseName.substr(0, isReplaced ? dot : databaseName.size()).append(kExtension);
 }
 
 sys::Status writeStash(const std::string& databaseName, sys::ByteView salt,

@@ -15,7 +15,10 @@
 
 namespace zel::km {
 
-/** The stash file of a database: its name with the extension replaced by ".sth". */
+/**
+ * The stash file of a database: its name with the extension replaced by ".sth", or with a second
+ * ".sth" when that is the extension already.
+ */
 std::string stashNameOf(const std::string& databaseName);
 
 /** The salt is the database's present one, which changes with the password. */

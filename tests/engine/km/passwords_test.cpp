@@ -165,12 +165,15 @@ TEST_F(PasswordsTest, StandBesideTheDatabaseUnderItsNameWithoutExtension) {
   for (const auto& [name, stash] : {std::pair{"a.b.kdb", "a.b.sth"},
                                     {"plain", "plain.sth"},
                                     {".hidden", ".hidden.sth"},
+                                    {"own.sth", "own.sth.sth"},
                                     {"dir.d/plain", "dir.d/plain.sth"}}) {
     const std::string file = path(name);
     ASSERT_EQ(ZELKM_CreateNewKeyDb(file.c_str(), kPassword, 0, &handle), ZELKM_OK);
     EXPECT_EQ(ZELKM_CloseKeyDb(handle), ZELKM_OK);
     ASSERT_EQ(ZELKM_StashKeyDbPwd(file.c_str(), kPassword), ZELKM_OK);
     EXPECT_TRUE(fs::exists(path(stash))) << stash;
+    EXPECT_EQ(ZELKM_OpenKeyDb(file.c_str(), nullptr, &handle), ZELKM_OK) << name;
+    EXPECT_EQ(ZELKM_CloseKeyDb(handle), ZELKM_OK);
   }
 }
 
