@@ -79,6 +79,22 @@ std::string absolutePathOf(const std::string& name) {
   return path;
 }
 
+bool isThere(const std::string& name) {
+  struct stat status {};
+  return ::lstat(name.c_str(), &status) == 0;
+}
+
+/** Only a name that nothing of another database stands under can be given to a new one. */
+sys::Status checkNameIsFree(const std::string& name) {
+  // SQLite would play the journal of a database that is gone back into the new one.
+  for (const char* suffix : {"", "-journal", "-wal"}) {
+    if (isThere(name + suffix)) {
+      return sys::fail(ZELKM_ERR_DATABASE_ALREADY_EXISTS, "%s%s exists", name.c_str(), suffix);
+    }
+  }
+  return sys::success();
+}
+
 sys::Result<Locked> readLocked(const std::string& name) {
   sys::Result<FileState> state = stateOf(name);
   if (!state) return state.failure();
@@ -196,10 +212,8 @@ sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
                                                       const NewDatabase& settings) {
   sys::Status allowed = checkNewPassword(password, settings.approvedOnly);
   if (!allowed) return allowed.failure();
-  struct stat status {};
-  if (::lstat(name.c_str(), &status) == 0) {
-    return sys::fail(ZELKM_ERR_DATABASE_ALREADY_EXISTS, "%s exists", name.c_str());
-  }
+  sys::Status isFree = checkNameIsFree(name);
+  if (!isFree) return isFree.failure();
   Parameters parameters;
   parameters.approvedOnly = settings.approvedOnly;
   sys::Result<std::int64_t> expiresAt = expiryOf(settings.lifetime);

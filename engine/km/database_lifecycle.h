@@ -42,7 +42,8 @@ struct NewDatabase {
 
 /**
  * Makes a file, readable by its owner alone, and opens it. It has its name only once it is whole.
- * ZELKM_ERR_DATABASE_ALREADY_EXISTS (9), ZELKM_ERR_DATABASE_CREATE (8).
+ *  - ZELKM_ERR_DATABASE_ALREADY_EXISTS (9): the file, or the journal of one that is gone.
+ *  - ZELKM_ERR_DATABASE_CREATE (8)
  */
 sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
                                                       sys::ByteView password,

@@ -69,6 +69,18 @@ TEST_F(LifecycleTest, DoesNotCreateOverAnythingThatExists) {
   EXPECT_EQ(filesThere(), 3U);
 }
 
+TEST_F(LifecycleTest, DoesNotCreateBesideTheJournalOfADatabaseThatIsGone) {
+  for (const char* suffix : {"-journal", "-wal"}) {
+    const std::string name = std::string("new.kdb") + suffix;
+    folder_.write(name, sys::bytesOf("left"));
+    EXPECT_EQ(create(path("new.kdb")), ZELKM_ERR_DATABASE_ALREADY_EXISTS) << suffix;
+    EXPECT_FALSE(fs::exists(path("new.kdb"))) << suffix;
+    EXPECT_EQ(bytesOf(path(name)).size(), 4U) << suffix;
+    fs::remove(path(name));
+  }
+  EXPECT_EQ(create(path("new.kdb")), ZELKM_OK);
+}
+
 TEST_F(LifecycleTest, LeavesNothingBehindWhenItCannotCreate) {
   EXPECT_EQ(create(path("none/new.kdb")), ZELKM_ERR_DATABASE_CREATE);
   EXPECT_EQ(create(path("new.kdb"), "short"), ZELKM_ERR_PWD_TOO_SHORT);
