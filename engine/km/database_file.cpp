@@ -140,14 +140,16 @@ DatabaseFile::~DatabaseFile() { Idle::instance().closeAllOf(this); }
 
 void DatabaseFile::adopt(std::unique_ptr<Connection> connection) const {
   sys::Result<FileState> state = stateOf(path_);
-  if (state) Idle::instance().put(this, state.value(), std::move(connection));
+  // Asked after the state was read, so that the connection is to the file of that state.
+  if (!state || connection->hasMoved()) return;
+  Idle::instance().put(this, state.value(), std::move(connection));
 }
 
 sys::Result<BorrowedConnection> DatabaseFile::borrow() const {
   sys::Result<FileState> state = stateOf(path_);
   if (!state) return state.failure();
   std::unique_ptr<Connection> connection = Idle::instance().take(this, state.value());
-  if (!connection) {
+  if (!connection || connection->hasMoved()) {
     sys::Result<std::unique_ptr<Connection>> opened = Connection::open(path_);
     if (!opened) return opened.failure();
     connection = std::move(opened.value());

@@ -54,7 +54,10 @@ class DatabaseFile {
   const DatabaseKeys& keys() const { return keys_; }
   sys::ByteView password() const { return password_.bytes(); }
 
-  /** Takes in a connection to this file that somebody has done with. */
+  /**
+   * Takes in a connection that somebody has done with, and closes it when another file stands under
+   * the path by now.
+   */
   void adopt(std::unique_ptr<Connection> connection) const;
 
   /**

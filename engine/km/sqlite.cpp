@@ -147,6 +147,12 @@ sys::Result<std::int64_t> Connection::number(std::string_view sql) {
 
 bool Connection::inTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
 
+bool Connection::hasMoved() const {
+  int moved = 0;
+  const int asked = sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+  return asked != SQLITE_OK || moved != 0;
+}
+
 sys::Result<Transaction> Transaction::begin(Connection& connection, Kind kind) {
   sys::Status begun = connection.execute(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN");
   if (!begun) return begun.failure();

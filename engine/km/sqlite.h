@@ -64,6 +64,8 @@ class Connection {
   /** The one number that a statement answers. */
   sys::Result<std::int64_t> number(std::string_view sql);
   bool inTransaction() const;
+  /** Whether the path names another file by now, or none. */
+  bool hasMoved() const;
 
  private:
   explicit Connection(sqlite3* handle) : handle_(handle, &sqlite3_close_v2) {}

@@ -208,6 +208,17 @@ TEST_F(StoreTest, TakesApprovedAlgorithmsOnlyWhenMadeSo) {
   EXPECT_TRUE(store_->insertKey(entryOf("ed", cms::TestAuthority("Ed", 25519))));
 }
 
+TEST_F(StoreTest, WritesIntoTheFileThatTookThePlaceWhileAnOperationRan) {
+  std::filesystem::copy_file(file_, path("copy"));
+  ASSERT_TRUE(store_->inTransaction([&] {
+    std::filesystem::rename(path("copy"), file_);
+    return sys::success();
+  }));
+  EXPECT_TRUE(store_->removeKey("one"));
+  EXPECT_THAT(labels(), ElementsAre("two"));
+  EXPECT_THAT(open()->keyLabels().value(), ElementsAre("two"));
+}
+
 TEST_F(StoreTest, WaitsForAnotherWriter) {
   sqlite3* other = nullptr;
   ASSERT_EQ(sqlite3_open(file_.c_str(), &other), SQLITE_OK);
