@@ -5,6 +5,7 @@
 #include <list>
 #include <map>
 #include <mutex>
+#include <new>
 #include <utility>
 
 #include "engine/km/records.h"
@@ -124,7 +125,12 @@ sys::Status examine(Connection& connection, const DatabaseFile& file) {
 }  // namespace
 
 BorrowedConnection::~BorrowedConnection() {
-  if (connection_ && !connection_->inTransaction()) file_->adopt(std::move(connection_));
+  if (!connection_ || connection_->inTransaction()) return;
+  try {
+    file_->adopt(std::move(connection_));
+  } catch (const std::bad_alloc&) {
+    // A connection that cannot be kept is closed.
+  }
 }
 
 DatabaseFile::DatabaseFile(std::string path, bool approvedOnly, DatabaseKeys keys,

@@ -1,6 +1,7 @@
 #include "engine/km/database_lifecycle.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <map>
@@ -43,11 +44,12 @@ struct Unlocked {
 /** A database under a name of its own until it is whole. */
 class Draft {
  public:
-  explicit Draft(const std::string& name) : name_(sys::temporaryName(name)) {}
+  explicit Draft(const std::string& name)
+      : name_(sys::temporaryName(name)), journal_(name_ + "-journal") {}
   ~Draft() {
     if (!created_) return;
-    (void)sys::removeFile(name_ + "-journal");
-    (void)sys::removeFile(name_);
+    ::unlink(journal_.c_str());
+    ::unlink(name_.c_str());
   }
   Draft(const Draft&) = delete;
   Draft& operator=(const Draft&) = delete;
@@ -68,6 +70,7 @@ class Draft {
 
  private:
   std::string name_;
+  std::string journal_; /**< SQLite's, while it writes */
   bool created_ = false;
 };
 

@@ -147,6 +147,11 @@ sys::Result<std::int64_t> Connection::number(std::string_view sql) {
 
 bool Connection::inTransaction() const { return sqlite3_get_autocommit(handle_.get()) == 0; }
 
+void Connection::rollBack() noexcept {
+  // Nobody is told of a failure, which leaves nothing but to close the connection.
+  (void)sqlite3_exec(handle_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
+}
+
 bool Connection::hasMoved() const {
   int moved = 0;
   const int asked = sqlite3_file_control(handle_.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved);
@@ -160,10 +165,7 @@ sys::Result<Transaction> Transaction::begin(Connection& connection, Kind kind) {
 }
 
 Transaction::~Transaction() {
-  // Nothing is left to roll back when SQLite has done so itself after an error.
-  if (connection_ != nullptr && connection_->inTransaction()) {
-    (void)connection_->execute("ROLLBACK");
-  }
+  if (connection_ != nullptr) connection_->rollBack();
 }
 
 Transaction::Transaction(Transaction&& other) noexcept

@@ -64,6 +64,8 @@ class Connection {
   /** The one number that a statement answers. */
   sys::Result<std::int64_t> number(std::string_view sql);
   bool inTransaction() const;
+  /** Does nothing outside a transaction: SQLite may have rolled back itself after an error. */
+  void rollBack() noexcept;
   /** Whether the path names another file by now, or none. */
   bool hasMoved() const;
 
