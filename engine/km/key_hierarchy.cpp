@@ -73,6 +73,11 @@ sys::Result<Parameters> readParameters(Connection& connection) {
   if (!std::ranges::equal(checksum.value(), row.blob(7))) {
     return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION, "the password record is damaged");
   }
+  if (parameters.salt.size() != cms::kPbeSaltLength ||
+      parameters.keySalt.size() != cms::kPbeSaltLength) {
+    return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION, "a salt is %zu or %zu bytes long",
+                     parameters.salt.size(), parameters.keySalt.size());
+  }
   if (iterations < kFewestIterations) {
     return sys::fail(ZELKM_ERR_DATABASE_INVALID_VERSION, "%lld iterations are too few",
                      static_cast<long long>(iterations));
@@ -135,6 +140,10 @@ sys::Result<cms::PbeKey> openPrivateKeyKey(const Parameters& parameters, const D
   sys::Result<sys::SecretBytes> key =
       unseal(keys.records(), privateKeyKeyContext(parameters), parameters.privateKeyKey);
   if (!key) return key.failure();
+  if (key.value().size() != kKeyLength) {
+    return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION,
+                     "the private key key is %zu bytes long", key.value().size());
+  }
   return cms::PbeKey{parameters.keySalt, parameters.iterations, std::move(key.value())};
 }
 

@@ -68,7 +68,10 @@ sys::Result<sys::SecretBytes> openMasterKey(const Parameters& parameters,
 sys::Status closeMasterKey(Parameters& parameters, sys::ByteView passwordKey,
                            sys::ByteView masterKey);
 
-/** The key that private keys are handed out under, which the password gives anybody else too. */
+/**
+ * The key that private keys are handed out under, which the password gives anybody else too.
+ * ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION (19) when what is sealed is no such key.
+ */
 sys::Result<cms::PbeKey> openPrivateKeyKey(const Parameters& parameters, const DatabaseKeys& keys);
 
 /** Draws a key salt and derives the private key key of a new password. */
