@@ -33,11 +33,18 @@ bool addContext(EVP_CIPHER_CTX* cipher, sys::ByteView context) {
 
 sys::Result<Sealed> seal(sys::ByteView key, sys::ByteView context, sys::ByteView plain) {
   Sealed sealed(kSealLength + plain.size());
+  sys::Status done = sealInto(sealed, key, context, plain);
+  if (!done) return done.failure();
+  return sealed;
+}
+
+sys::Status sealInto(std::span<std::uint8_t> sealed, sys::ByteView key, sys::ByteView context,
+                     sys::ByteView plain) {
   std::uint8_t* nonce = sealed.data();
   std::uint8_t* tag = nonce + kNonceLength;
   std::uint8_t* ciphertext = tag + kTagLength;
   sys::Status random = fillRandom({nonce, kNonceLength});
-  if (!random) return random.failure();
+  if (!random) return random;
   CipherContextPtr cipher(EVP_CIPHER_CTX_new());
   int length = 0;
   if (!cipher ||
@@ -48,7 +55,7 @@ sys::Result<Sealed> seal(sys::ByteView key, sys::ByteView context, sys::ByteView
       EVP_CIPHER_CTX_ctrl(cipher.get(), EVP_CTRL_AEAD_GET_TAG, kTagLength, tag) != 1) {
     return cryptoFailure(ZELKM_ERR_CRYPTO, "seal a record");
   }
-  return sealed;
+  return sys::success();
 }
 
 sys::Result<sys::SecretBytes> unseal(sys::ByteView key, sys::ByteView context,

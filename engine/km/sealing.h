@@ -36,6 +36,10 @@ using Sealed = sys::Bytes;
 /** ZELKM_ERR_CRYPTO (32) when OpenSSL refuses. */
 sys::Result<Sealed> seal(sys::ByteView key, sys::ByteView context, sys::ByteView plain);
 
+/** sealInto is seal into memory of the caller's, of kSealLength bytes more than are sealed. */
+sys::Status sealInto(std::span<std::uint8_t> sealed, sys::ByteView key, sys::ByteView context,
+                     sys::ByteView plain);
+
 /** ZELKM_ERR_DATABASE_KEY_INTEGRITY (20) for anything that was not sealed so. */
 sys::Result<sys::SecretBytes> unseal(sys::ByteView key, sys::ByteView context,
                                      sys::ByteView sealed);

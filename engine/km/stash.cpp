@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
 
 #include "engine/km/sealing.h"
@@ -43,10 +44,12 @@ sys::Status writeStash(const std::string& databaseName, sys::ByteView salt,
                        sys::ByteView password) {
   sys::Result<StashKey> key = stashKey(salt);
   if (!key) return key.failure();
-  sys::Result<Sealed> sealed = seal(key.value(), sys::bytesOf(kMagic), password);
-  if (!sealed) return sealed.failure();
-  sys::Bytes file(kMagic.begin(), kMagic.end());
-  file.insert(file.end(), sealed.value().begin(), sealed.value().end());
+  // Everybody can make the key, so these bytes are as good as the password.
+  sys::SecretBytes file(kMagic.size() + kSealLength + password.size());
+  std::ranges::copy(kMagic, file.begin());
+  sys::Status sealed =
+      sealInto(std::span(file).subspan(kMagic.size()), key.value(), sys::bytesOf(kMagic), password);
+  if (!sealed) return sealed;
   return sys::writeFile(stashNameOf(databaseName), file, sys::FileAccess::ownerOnly);
 }
 

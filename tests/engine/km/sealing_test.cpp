@@ -22,6 +22,12 @@ TEST_F(SealingTest, OpensWhatItSealed) {
   EXPECT_TRUE(std::ranges::equal(opened.value(), plain_));
 }
 
+TEST_F(SealingTest, SealsIntoMemoryOfTheCaller) {
+  sys::SecretBytes sealed(kSealLength + plain_.size());
+  ASSERT_TRUE(sealInto(sealed, key_, context_, plain_));
+  EXPECT_TRUE(std::ranges::equal(unseal(key_, context_, sealed).value(), plain_));
+}
+
 TEST_F(SealingTest, NeverSealsTheSameTwice) {
   EXPECT_NE(seal(key_, context_, plain_).value(), seal(key_, context_, plain_).value());
 }
