@@ -71,6 +71,7 @@ sys::Result<Directory> readDirectory(Connection& connection, const DatabaseKeys&
   if (row.value()) {
     sys::Result<sys::SecretBytes> plain =
         unseal(keys.directory(), context(), select.value().blob(0));
+    if (!plain && plain.code() != ZELKM_ERR_DATABASE_KEY_INTEGRITY) return plain.failure();
     if (plain) directory = decode(plain.value());
   }
   if (!directory) {

@@ -70,7 +70,8 @@ sys::Result<Record> openRecord(Table table, const Statement& row, const Database
   const sys::ByteView content = row.blob(6);
   sealed.insert(sealed.end(), content.begin(), content.end());
   sys::Result<sys::SecretBytes> plain = unseal(keys.records(), contextOf(table, record), sealed);
-  if (!plain) return damaged(table, record);
+  if (plain.code() == ZELKM_ERR_DATABASE_KEY_INTEGRITY) return damaged(table, record);
+  if (!plain) return plain.failure();
   FieldReader fields(plain.value());
   const std::optional<sys::ByteView> document = fields.bytes();
   const std::optional<sys::ByteView> privateKey = fields.bytes();

@@ -67,7 +67,7 @@ sys::Result<sys::SecretBytes> readStash(const std::string& databaseName, sys::By
       std::ranges::equal(bytes.first(kMagic.size()), sys::bytesOf(kMagic))) {
     sys::Result<sys::SecretBytes> password =
         unseal(key.value(), sys::bytesOf(kMagic), bytes.subspan(kMagic.size()));
-    if (password) return password;
+    if (password.code() != ZELKM_ERR_DATABASE_KEY_INTEGRITY) return password;
   }
   return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION,
                    "%s is damaged or older than the database's password", name.c_str());

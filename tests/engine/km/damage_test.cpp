@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
+#include <openssl/evp.h>
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <set>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/engine/km/filled_database.h"
@@ -146,6 +149,19 @@ TEST_F(DamageTest, WritesNothingIntoADamagedFile) {
     const sys::Result<Seen> seen = look();
     ASSERT_TRUE(!seen || seen.value().oneTrusted) << at;
   }
+}
+
+TEST_F(DamageTest, TakesNoTroubleOfOpenSslForDamage) {
+  const std::unique_ptr<Store> store = open();
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  ASSERT_TRUE(store->findRequest("one")) << "examined from here on";
+  ASSERT_EQ(EVP_set_default_properties(nullptr, "provider=none"), 1);
+  const int codeOfRecord = store->findRequest("one").code();
+  const int codeOfDirectory = store->keyLabels().code();
+  ASSERT_EQ(EVP_set_default_properties(nullptr, ""), 1);
+  EXPECT_EQ(codeOfRecord, ZELKM_ERR_CRYPTO);
+  EXPECT_EQ(codeOfDirectory, ZELKM_ERR_CRYPTO);
+  EXPECT_TRUE(store->findRequest("one"));
 }
 
 TEST_F(DamageTest, NoticesDamageUnderAnOpenHandle) {
