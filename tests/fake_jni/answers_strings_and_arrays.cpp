@@ -46,8 +46,11 @@ void releaseStringUTFChars(JNIEnv* env, jstring string, const char* characters) 
 jsize getArrayLength(JNIEnv* env, jarray array) {
   JniCall call(env, "GetArrayLength", shown(env, array));
   const JavaThing* thing = call.heap().thing(array);
-  const bool ofBytes = thing != nullptr && thing->kind == JavaThing::kByteArray;
-  if (!ofBytes && call.needs(array, JavaThing::kObjectArray) == nullptr) return 0;
+  if (thing == nullptr || thing->kind != JavaThing::kByteArray) {
+    thing = call.needs(array, JavaThing::kObjectArray);
+  }
+  if (thing == nullptr) return 0;
+  const bool ofBytes = thing->kind == JavaThing::kByteArray;
   const size_t length = ofBytes ? thing->bytes.size() : thing->elements.size();
   call.returnsShown(std::to_string(length));
   return static_cast<jsize>(length);

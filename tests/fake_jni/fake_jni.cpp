@@ -8,9 +8,11 @@ namespace zel::test {
 FakeJni::FakeJni() {
   environment_.functions = &functionTable();
   environment_.fake = this;
-  recorder().nameOfReference = [this](uint64_t value) {
-    return heap.shown(reinterpret_cast<const void*>(value));
-  };
+  nameReferences();
+}
+
+void FakeJni::nameReferences() {
+  recorder().nameOfReference = [this](uint64_t value) { return heap.shownNumber(value); };
 }
 
 FakeJni::~FakeJni() { recorder().nameOfReference = nullptr; }

@@ -38,6 +38,9 @@ class FakeJni {
   FakeJni(const FakeJni&) = delete;
   FakeJni& operator=(const FakeJni&) = delete;
 
+  /** nameReferences() lets the recorder name the references that traces print; a reset ends it. */
+  void nameReferences();
+
   JNIEnv* env() { return &environment_; }
 
   JavaHeap heap;

@@ -95,7 +95,10 @@ JavaThing* JavaHeap::thing(const void* reference) {
 }
 
 const JavaThing* JavaHeap::thing(const void* reference) const {
-  const auto value = reinterpret_cast<uintptr_t>(reference);
+  return thingNumbered(reinterpret_cast<uintptr_t>(reference));
+}
+
+const JavaThing* JavaHeap::thingNumbered(uintptr_t value) const {
   if (value < kFirstReference || (value - kFirstReference) % kReferenceStep != 0) return nullptr;
   const size_t index = (value - kFirstReference) / kReferenceStep;
   return index < things_.size() ? &things_[index] : nullptr;
@@ -106,6 +109,7 @@ void* JavaHeap::referenceTo(const JavaThing* thing) const {
                                [&](const JavaThing& known) { return &known == thing; });
   if (at == things_.end()) return nullptr;
   const auto index = static_cast<uintptr_t>(at - things_.begin());
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): references are numbers that nobody dereferences.
   return reinterpret_cast<void*>(kFirstReference + kReferenceStep * index);
 }
 
@@ -117,7 +121,11 @@ jclass JavaHeap::classOf(jobject object) {
 
 std::string JavaHeap::shown(const void* reference) const {
   if (reference == nullptr) return "null";
-  const JavaThing* known = thing(reference);
+  return shownNumber(reinterpret_cast<uintptr_t>(reference));
+}
+
+std::string JavaHeap::shownNumber(uint64_t reference) const {
+  const JavaThing* known = thingNumbered(reference);
   return known == nullptr ? "" : known->shown;
 }
 

@@ -69,8 +69,9 @@ class JavaHeap {
   void* referenceTo(const JavaThing* thing) const;
   jclass classOf(jobject object);
 
-  /** shown() is a reference as transcripts show it. */
+  /** shown() is a reference as transcripts show it; a number that is none gives no text. */
   std::string shown(const void* reference) const;
+  std::string shownNumber(uint64_t reference) const;
 
  private:
   struct Declared {
@@ -79,6 +80,7 @@ class JavaHeap {
     const JavaThing* thing;
   };
 
+  const JavaThing* thingNumbered(uintptr_t value) const;
   Declared* declared(const std::string& name);
   JavaThing* add(JavaThing thing);
   std::string numbered(const std::string& word);

@@ -2,7 +2,7 @@
 
 namespace zel::test {
 
-JniCall::JniCall(JNIEnv* env, const char* function, std::string arguments)
+JniCall::JniCall(JNIEnv* env, const char* function, const std::string& arguments)
     : env_(env), function_(function), text_(std::string(function) + "(" + arguments + ")") {}
 
 bool JniCall::fails() { return recorder().faults.fails(FaultPlan::kJni, function_); }

@@ -21,7 +21,7 @@ namespace zel::test {
 
 class JniCall {
  public:
-  JniCall(JNIEnv* env, const char* function, std::string arguments);
+  JniCall(JNIEnv* env, const char* function, const std::string& arguments);
 
   JavaHeap& heap() { return FakeJni::of(env_).heap; }
   FakeJni& jni() { return FakeJni::of(env_); }

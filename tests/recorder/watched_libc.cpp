@@ -58,7 +58,6 @@ FILE* openInMemory(const char* name, const std::string& mode) {
 using zel::test::bridgeIsRunning;
 using zel::test::FaultPlan;
 using zel::test::HostCode;
-using zel::test::inHex;
 using zel::test::Kind;
 using zel::test::openInMemory;
 using zel::test::quoted;

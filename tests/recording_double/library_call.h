@@ -28,6 +28,7 @@ struct OpenHandle {
 template <typename Record>
 struct HandedOut;
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a type name cannot be enclosed.
 #define HANDED_OUT(Record, itsKind, freeRecord)                                     \
   template <>                                                                       \
   struct HandedOut<Record> {                                                        \
@@ -42,6 +43,7 @@ HANDED_OUT(ZELKMCertItemList, kCertList, freeCertList);
 HANDED_OUT(ZELKMEPKIItem, kEpki, freeEpki);
 HANDED_OUT(ZELKMPrivKeyInfoItem, kPrivKeyInfo, freePrivKeyInfo);
 #undef HANDED_OUT
+// NOLINTEND(bugprone-macro-parentheses)
 
 /** A call of any function of the library. */
 class LibraryCall {

@@ -200,6 +200,12 @@ TEST_F(NewJavaCertificateItem, NeedsItsSignature) {
   EXPECT_TRANSCRIPT(kBegun + kSpki + kYieldsNull);
 }
 
+TEST_F(NewJavaCertificateItem, TakesASignatureOfNoLengthForNone) {
+  list->item->sigLength = 0;
+  convertCert();
+  EXPECT_TRANSCRIPT(kBegun + kSpki + kYieldsNull);
+}
+
 TEST_F(NewJavaCertificateItem, EndsWhenTheSignatureArrayCannotBeMade) {
   recorder().faults.failCall("NewByteArray", 3);
   convertCert();

@@ -301,6 +301,10 @@ TEST_F(LongLabels, OfMoreAreCutBetweenCharacters) {
   EXPECT_EQ(delivered(std::string(509, 'x') + "\xe2\x82\xac"), std::string(509, 'x'));
 }
 
+TEST_F(LongLabels, OfNoCharacterAtAllAreCutToNothing) {
+  EXPECT_EQ(delivered(std::string(600, '\x80')), "");
+}
+
 TEST_F(LongLabels, AreClearedForTheNextShortOne) {
   library().keyLabels = [] { return newLabelList({"a long label", "b"}); };
   call(c_BuildKeyLabelList, text("a.kdb"), text("secret"));

@@ -36,10 +36,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 NativeTest::NativeTest(const std::string& className, const std::string& package) {
   recorder().reset();
-  // A new fake answers the names of references again after the reset.
-  recorder().nameOfReference = [this](uint64_t value) {
-    return jni.heap.shown(reinterpret_cast<const void*>(value));
-  };
+  jni.nameReferences();
   watchedLibc().reset();
   resetLibrary();
   declareJavaClasses(jni.heap);

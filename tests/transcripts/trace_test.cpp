@@ -133,5 +133,15 @@ TEST(LibraryPath, IsThePathOfTheLoadedFile) {
   std::free(self);
 }
 
+TEST(LibraryPath, IsNullWithoutMemory) {
+  recorder().reset();
+  recorder().faults.failCall("malloc", 1);
+  {
+    const BridgeCall call;
+    EXPECT_EQ(bridge::getLibraryPath(), nullptr);
+  }
+  recorder().reset();
+}
+
 }  // namespace
 }  // namespace zel::test
