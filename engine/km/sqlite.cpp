@@ -1,5 +1,6 @@
 #include "engine/km/sqlite.h"
 
+#include <cerrno>
 #include <new>
 #include <utility>
 
@@ -43,10 +44,18 @@ int codeOf(int sqliteCode, Access access) {
   }
 }
 
+// SQLite has one code for a file that it cannot open, whatever the reason.
+bool isDenied(sqlite3* handle, int sqliteCode) {
+  if ((sqliteCode & 0xff) != SQLITE_CANTOPEN) return false;
+  const int error = sqlite3_system_errno(handle);
+  return error == EACCES || error == EPERM;
+}
+
 sys::Failure failure(sqlite3* handle, int sqliteCode, Access access) {
   if ((sqliteCode & 0xff) == SQLITE_NOMEM) throw std::bad_alloc();
-  return sys::fail(codeOf(sqliteCode, access), "SQLite answers %d: %s", sqliteCode,
-                   sqlite3_errmsg(handle));
+  const int code =
+      isDenied(handle, sqliteCode) ? ZELKM_ERR_FILE_OPEN_NOT_ALLOWED : codeOf(sqliteCode, access);
+  return sys::fail(code, "SQLite answers %d: %s", sqliteCode, sqlite3_errmsg(handle));
 }
 
 }  // namespace
