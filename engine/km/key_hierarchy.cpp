@@ -15,30 +15,40 @@ constexpr std::int64_t kMostIterations = 10'000'000;
 
 sys::Bytes copyOf(sys::ByteView bytes) { return {bytes.begin(), bytes.end()}; }
 
-FieldWriter<sys::Bytes> settingsOf(const Parameters& parameters) {
-  FieldWriter<sys::Bytes> fields;
-  fields.number(parameters.approvedOnly ? 1 : 0)
-      .number(parameters.expiresAt)
-      .number(parameters.iterations)
-      .bytes(parameters.salt)
-      .bytes(parameters.keySalt);
-  return fields;
+/** The columns of the row that are not sealed, as they stand there. */
+struct Settings {
+  std::int64_t approvedOnly;
+  std::int64_t expiresAt;
+  std::int64_t iterations;
+  sys::ByteView salt;
+  sys::ByteView keySalt;
+
+  FieldWriter<sys::Bytes> fields() const {
+    FieldWriter<sys::Bytes> fields;
+    fields.number(approvedOnly).number(expiresAt).number(iterations).bytes(salt).bytes(keySalt);
+    return fields;
+  }
+};
+
+Settings settingsOf(const Parameters& parameters) {
+  return {parameters.approvedOnly ? 1 : 0, parameters.expiresAt, parameters.iterations,
+          parameters.salt, parameters.keySalt};
 }
 
 // The private key key is bound by its own context, so that the two can be sealed in turn.
 sys::Bytes masterKeyContext(const Parameters& parameters) {
-  return settingsOf(parameters).text("master key").take();
+  return settingsOf(parameters).fields().text("master key").take();
 }
 
 sys::Bytes privateKeyKeyContext(const Parameters& parameters) {
-  return settingsOf(parameters).text("private key key").take();
+  return settingsOf(parameters).fields().text("private key key").take();
 }
 
 // Tells a damaged row from a wrong password. It guards against accidents only: whoever changes the
 // row on purpose can write the digest too, but not the seals.
-sys::Result<Digest> checksumOf(const Parameters& parameters) {
-  return digest(
-      settingsOf(parameters).bytes(parameters.masterKey).bytes(parameters.privateKeyKey).take());
+sys::Result<Digest> checksumOf(const Settings& settings, sys::ByteView masterKey,
+                               sys::ByteView privateKeyKey) {
+  return digest(settings.fields().bytes(masterKey).bytes(privateKeyKey).take());
 }
 
 }  // namespace
@@ -54,39 +64,35 @@ sys::Result<Parameters> readParameters(Connection& connection) {
   if (!found.value()) {
     return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION, "the password record is missing");
   }
-  Parameters parameters;
-  parameters.approvedOnly = row.integer(0) != 0;
-  parameters.expiresAt = row.integer(1);
-  const std::int64_t iterations = row.integer(2);
-  parameters.iterations =
-      static_cast<std::uint32_t>(std::clamp<std::int64_t>(iterations, 0, kMostIterations));
-  parameters.salt = copyOf(row.blob(3));
-  parameters.keySalt = copyOf(row.blob(4));
-  parameters.masterKey = copyOf(row.blob(5));
-  parameters.privateKeyKey = copyOf(row.blob(6));
-  sys::Result<Digest> checksum = checksumOf(parameters);
+  const Settings settings{row.integer(0), row.integer(1), row.integer(2), row.blob(3), row.blob(4)};
+  sys::Result<Digest> checksum = checksumOf(settings, row.blob(5), row.blob(6));
   if (!checksum) return checksum.failure();
-  if (iterations > kMostIterations) {
-    return sys::fail(ZELKM_ERR_DATABASE_INVALID_VERSION, "%lld iterations are too many",
-                     static_cast<long long>(iterations));
-  }
   if (!std::ranges::equal(checksum.value(), row.blob(7))) {
     return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION, "the password record is damaged");
   }
-  if (parameters.salt.size() != cms::kPbeSaltLength ||
-      parameters.keySalt.size() != cms::kPbeSaltLength) {
+  if (settings.salt.size() != cms::kPbeSaltLength ||
+      settings.keySalt.size() != cms::kPbeSaltLength) {
     return sys::fail(ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION, "a salt is %zu or %zu bytes long",
-                     parameters.salt.size(), parameters.keySalt.size());
+                     settings.salt.size(), settings.keySalt.size());
   }
-  if (iterations < kFewestIterations) {
-    return sys::fail(ZELKM_ERR_DATABASE_INVALID_VERSION, "%lld iterations are too few",
-                     static_cast<long long>(iterations));
+  if (settings.iterations < kFewestIterations || settings.iterations > kMostIterations) {
+    return sys::fail(ZELKM_ERR_DATABASE_INVALID_VERSION, "%lld iterations are out of bounds",
+                     static_cast<long long>(settings.iterations));
   }
+  Parameters parameters;
+  parameters.approvedOnly = settings.approvedOnly != 0;
+  parameters.expiresAt = settings.expiresAt;
+  parameters.iterations = static_cast<std::uint32_t>(settings.iterations);
+  parameters.salt = copyOf(settings.salt);
+  parameters.keySalt = copyOf(settings.keySalt);
+  parameters.masterKey = copyOf(row.blob(5));
+  parameters.privateKeyKey = copyOf(row.blob(6));
   return parameters;
 }
 
 sys::Status writeParameters(Connection& connection, const Parameters& parameters) {
-  sys::Result<Digest> checksum = checksumOf(parameters);
+  sys::Result<Digest> checksum =
+      checksumOf(settingsOf(parameters), parameters.masterKey, parameters.privateKeyKey);
   if (!checksum) return checksum.failure();
   sys::Result<Statement> insert = connection.prepare(
       "INSERT OR REPLACE INTO parameters (id, approved_only, expires_at, iterations, salt, "

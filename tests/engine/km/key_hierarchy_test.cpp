@@ -32,6 +32,14 @@ TEST_F(ParametersTest, RefuseSaltsOfAnotherLength) {
   EXPECT_EQ(codeOf(parameters), ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION);
 }
 
+TEST_F(ParametersTest, RefuseIterationsOutOfBounds) {
+  Parameters parameters = present();
+  for (const std::uint32_t iterations : {1U, 99'999U, 10'000'001U, 4'000'000'000U}) {
+    parameters.iterations = iterations;
+    EXPECT_EQ(codeOf(parameters), ZELKM_ERR_DATABASE_INVALID_VERSION) << iterations;
+  }
+}
+
 TEST(PrivateKeyKeyTest, IsRefusedAtAnotherLength) {
   const DatabaseKeys keys = DatabaseKeys::fromMaster(sys::Bytes(kKeyLength, 1)).value();
   Parameters parameters;

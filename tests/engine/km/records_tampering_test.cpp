@@ -91,9 +91,11 @@ TEST_F(RecordsTamperingTest, NoticesAPasswordLifetimeThatWasChanged) {
   EXPECT_EQ(openingCode(), ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION);
 }
 
-TEST_F(RecordsTamperingTest, DerivesNothingOverNumbersOutOfBounds) {
-  tamper("UPDATE parameters SET iterations = 4000000000");
-  EXPECT_EQ(openingCode(), ZELKM_ERR_DATABASE_INVALID_VERSION);
+TEST_F(RecordsTamperingTest, NoticesIterationsThatWereChanged) {
+  for (const char* iterations : {"1", "600001", "4000000000", "-1"}) {
+    tamper(std::string("UPDATE parameters SET iterations = ") + iterations);
+    EXPECT_EQ(openingCode(), ZELKM_ERR_DATABASE_PASSWORD_CORRUPTION) << iterations;
+  }
 }
 
 TEST_F(RecordsTamperingTest, NoticesStrangeTables) {
