@@ -65,7 +65,7 @@ sys::Status createSchema(Connection& connection) {
   std::string statements = "PRAGMA application_id = " + std::to_string(kApplicationId) +
                            "; PRAGMA user_version = " + std::to_string(kVersion) + ";";
   for (const char* table : kTables) statements += std::string(table) + ";";
-  return connection.execute(statements.c_str());
+  return connection.execute(statements.c_str(), Access::write);
 }
 
 sys::Status checkSchema(Connection& connection) {

@@ -14,8 +14,6 @@ constexpr int kBusyTimeoutMilliseconds = 5000;
 // No record comes near it; a damaged length must not make SQLite ask for gigabytes.
 constexpr int kLongestRecord = 64 * 1024 * 1024;
 
-enum class Access { read, write };
-
 int codeOf(int sqliteCode, Access access) {
   const int notDone = access == Access::read ? ZELKM_ERR_DATABASE_READ : ZELKM_ERR_DATABASE_WRITE;
   switch (sqliteCode & 0xff) {
@@ -126,7 +124,8 @@ sys::Result<std::unique_ptr<Connection>> Connection::open(const std::string& pat
   sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sys::Status set = connection->execute(
       "PRAGMA synchronous = EXTRA; PRAGMA secure_delete = ON; PRAGMA temp_store = MEMORY;"
-      "PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0;");
+      "PRAGMA cell_size_check = ON; PRAGMA mmap_size = 0;",
+      Access::read);
   if (!set) return set.failure();
   return connection;
 }
@@ -139,9 +138,9 @@ sys::Result<Statement> Connection::prepare(std::string_view sql) {
   return Statement(handle_.get(), statement);
 }
 
-sys::Status Connection::execute(const char* sql) {
+sys::Status Connection::execute(const char* sql, Access access) {
   const int executed = sqlite3_exec(handle_.get(), sql, nullptr, nullptr, nullptr);
-  if (executed != SQLITE_OK) return failure(handle_.get(), executed, Access::write);
+  if (executed != SQLITE_OK) return failure(handle_.get(), executed, access);
   return sys::success();
 }
 
@@ -168,7 +167,8 @@ bool Connection::hasMoved() const {
 }
 
 sys::Result<Transaction> Transaction::begin(Connection& connection, Kind kind) {
-  sys::Status begun = connection.execute(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN");
+  sys::Status begun = kind == Kind::write ? connection.execute("BEGIN IMMEDIATE", Access::write)
+                                          : connection.execute("BEGIN", Access::read);
   if (!begun) return begun.failure();
   return Transaction(connection);
 }
@@ -181,7 +181,7 @@ Transaction::Transaction(Transaction&& other) noexcept
     : connection_(std::exchange(other.connection_, nullptr)) {}
 
 sys::Status Transaction::commit() {
-  sys::Status committed = connection_->execute("COMMIT");
+  sys::Status committed = connection_->execute("COMMIT", Access::write);
   if (committed) connection_ = nullptr;
   return committed;
 }

@@ -26,6 +26,9 @@
 
 namespace zel::km {
 
+/** What a failure kept from being done. */
+enum class Access { read, write };
+
 /** A Statement's texts and blobs are borrowed until its next step; bound ones until it goes. */
 class Statement {
  public:
@@ -60,7 +63,7 @@ class Connection {
 
   sys::Result<Statement> prepare(std::string_view sql);
   /** Runs statements that have no parameters and no rows. */
-  sys::Status execute(const char* sql);
+  sys::Status execute(const char* sql, Access access);
   /** The one number that a statement answers. */
   sys::Result<std::int64_t> number(std::string_view sql);
   bool inTransaction() const;

@@ -245,6 +245,16 @@ TEST_F(StoreTest, GivesUpOnAnotherWriterAfterFiveSecondsAndReadsMeanwhile) {
   EXPECT_THAT(labels(), SizeIs(2));
 }
 
+TEST_F(StoreTest, GivesUpOpeningWhileAnotherProcessHasTheFileToItself) {
+  store_.reset();
+  sqlite3* other = nullptr;
+  ASSERT_EQ(sqlite3_open(file_.c_str(), &other), SQLITE_OK);
+  ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+  EXPECT_EQ(openingCode(), ZELKM_ERR_DATABASE_READ);
+  sqlite3_close(other);
+  EXPECT_EQ(openingCode(), ZELKM_OK);
+}
+
 TEST_F(StoreTest, TakesTheWritesOfManyThreads) {
   std::vector<std::thread> threads;
   for (int thread = 0; thread < 4; ++thread) {
