@@ -48,15 +48,24 @@ sys::Failure damaged(Table table, const Record& record) {
                    static_cast<long long>(record.id), nameOf(table));
 }
 
+// A label that stands there as a blob reads the same, but no search for the text finds it.
+bool hasOurTypes(const Statement& row) {
+  constexpr int kTypes[] = {SQLITE_INTEGER, SQLITE_TEXT, SQLITE_INTEGER,
+                            SQLITE_BLOB,    SQLITE_BLOB, SQLITE_BLOB};
+  int column = 0;
+  return std::ranges::all_of(kTypes, [&](int type) { return row.type(column++) == type; });
+}
+
 /** The clear part of the row that the statement stands on. */
 sys::Result<Record> clearPart(Table table, const Statement& row) {
   Record record;
+  const bool ours = hasOurTypes(row);
   record.id = row.integer(0);
   record.label = row.text(1);
   const std::int64_t trusted = row.integer(2);
   const std::optional<Digest> publicKey = digestIn(row.blob(3));
   const std::optional<Digest> subject = digestIn(row.blob(4));
-  if (!publicKey || !subject || trusted < 0 || trusted > 1) return damaged(table, record);
+  if (!ours || !publicKey || !subject || trusted < 0 || trusted > 1) return damaged(table, record);
   record.trusted = trusted == 1;
   record.lookup = {*publicKey, *subject};
   return record;

@@ -92,6 +92,8 @@ sys::Status Statement::run() {
   }
 }
 
+int Statement::type(int column) const { return sqlite3_column_type(statement_.get(), column); }
+
 std::int64_t Statement::integer(int column) const {
   return sqlite3_column_int64(statement_.get(), column);
 }

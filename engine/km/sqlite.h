@@ -46,6 +46,9 @@ class Statement {
   /** Steps through to the end. */
   sys::Status run();
 
+  /** SQLITE_INTEGER, SQLITE_TEXT, SQLITE_BLOB: any column may hold any of them. Ask before reading.
+   */
+  int type(int column) const;
   std::int64_t integer(int column) const;
   sys::ByteView blob(int column) const;
   std::string_view text(int column) const;

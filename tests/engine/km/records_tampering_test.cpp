@@ -76,6 +76,16 @@ TEST_F(RecordsTamperingTest, NoticesAnOlderDirectory) {
   EXPECT_EQ(listingCode(), ZELKM_ERR_DATABASE_CORRUPTION);
 }
 
+TEST_F(RecordsTamperingTest, NoticesALabelThatNoSearchFinds) {
+  tamper("UPDATE keys SET label = CAST(label AS BLOB) WHERE label = 'two'");
+  EXPECT_EQ(listingCode(), ZELKM_ERR_DATABASE_KEY_INTEGRITY);
+}
+
+TEST_F(RecordsTamperingTest, NoticesAHashThatNoSearchFinds) {
+  tamper("UPDATE keys SET subject_hash = CAST(subject_hash AS TEXT)");
+  EXPECT_EQ(listingCode(), ZELKM_ERR_DATABASE_KEY_INTEGRITY);
+}
+
 TEST_F(RecordsTamperingTest, NoticesAMissingDirectory) {
   tamper("DELETE FROM directory");
   EXPECT_EQ(openingCode(), ZELKM_ERR_DATABASE_CORRUPTION);
