@@ -90,6 +90,10 @@ sys::Result<Record> openRecord(Table table, const Statement& row, const Database
   return clear;
 }
 
+void bindValue(Statement& statement, int index, const Condition& condition) {
+  std::visit([&](const auto& value) { statement.bind(index, value); }, condition.value);
+}
+
 }  // namespace
 
 Condition byLabel(const std::string& label) { return {"label", label}; }
@@ -98,21 +102,30 @@ Condition bySubject(const Digest& hash) { return {"subject_hash", hash}; }
 Condition byId(std::int64_t id) { return {"id", id}; }
 
 sys::Result<std::vector<Record>> Records::find(Table table, const Condition& condition) {
+  sys::Result<std::vector<std::int64_t>> ids = idsOf(table, condition);
+  if (!ids) return ids.failure();
+  // An index is not sealed, and nothing but the row itself says what the row is.
   sys::Result<Statement> select =
       connection_.prepare(std::string("SELECT ") + kColumns + ", content FROM " + nameOf(table) +
-                          " WHERE " + condition.column + " = ?1 ORDER BY id");
+                          " NOT INDEXED WHERE id = ?1 AND " + condition.column + " = ?2");
   if (!select) return select.failure();
   Statement& row = select.value();
-  std::visit([&](const auto& value) { row.bind(1, value); }, condition.value);
   std::vector<Record> found;
-  for (;;) {
-    sys::Result<bool> more = row.step();
-    if (!more) return more.failure();
-    if (!more.value()) return found;
+  for (const std::int64_t id : ids.value()) {
+    row.rewind();
+    row.bind(1, id);
+    bindValue(row, 2, condition);
+    sys::Result<bool> there = row.step();
+    if (!there) return there.failure();
+    if (!there.value()) {
+      return sys::fail(ZELKM_ERR_DATABASE_CORRUPTION, "an index of %s is wrong about record %lld",
+                       nameOf(table), static_cast<long long>(id));
+    }
     sys::Result<Record> record = openRecord(table, row, keys_);
     if (!record) return record.failure();
     found.push_back(std::move(record.value()));
   }
+  return found;
 }
 
 sys::Result<std::vector<std::string>> Records::labels(Table table) {
@@ -216,6 +229,21 @@ sys::Status Records::write(Table table, const Record& record, const char* sql,
   if (!written) return written;
   directory.of(table).add(member.value());
   return writeDirectory(connection_, keys_, directory);
+}
+
+sys::Result<std::vector<std::int64_t>> Records::idsOf(Table table, const Condition& condition) {
+  sys::Result<Statement> select =
+      connection_.prepare(std::string("SELECT id FROM ") + nameOf(table) + " WHERE " +
+                          condition.column + " = ?1 ORDER BY id");
+  if (!select) return select.failure();
+  bindValue(select.value(), 1, condition);
+  std::vector<std::int64_t> ids;
+  for (;;) {
+    sys::Result<bool> more = select.value().step();
+    if (!more) return more.failure();
+    if (!more.value()) return ids;
+    ids.push_back(select.value().integer(0));
+  }
 }
 
 sys::Result<Digest> Records::memberWithId(Table table, std::int64_t id) {

@@ -55,7 +55,11 @@ class Records {
   Records(Connection& connection, const DatabaseKeys& keys)
       : connection_(connection), keys_(keys) {}
 
-  /** ZELKM_ERR_DATABASE_KEY_INTEGRITY (20) when a record is not as it was sealed. */
+  /**
+   * In the order of arrival.
+   *  - ZELKM_ERR_DATABASE_KEY_INTEGRITY (20): a record is not as it was sealed.
+   *  - ZELKM_ERR_DATABASE_CORRUPTION (18): an index answers records that are not what it says.
+   */
   sys::Result<std::vector<Record>> find(Table table, const Condition& condition);
 
   /**
@@ -75,6 +79,7 @@ class Records {
 
  private:
   sys::Status write(Table table, const Record& record, const char* sql, Directory& directory);
+  sys::Result<std::vector<std::int64_t>> idsOf(Table table, const Condition& condition);
   sys::Result<Digest> memberWithId(Table table, std::int64_t id);
 
   Connection& connection_;

@@ -43,6 +43,8 @@ class Statement {
 
   /** True when there is a row to read, false at the end. */
   sys::Result<bool> step();
+  /** Makes ready for other values and the first row again. */
+  void rewind() { sqlite3_reset(statement_.get()); }
   /** Steps through to the end. */
   sys::Status run();
 
