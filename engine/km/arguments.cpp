@@ -1,12 +1,18 @@
 #include "engine/km/arguments.h"
 
 #include "engine/cms/modified_utf8.h"
+#include "engine/sys/trace.h"
 
 namespace zel::km {
 
 sys::Result<std::string> fileNameArgument(const char* fileName) {
   if (fileName == nullptr || *fileName == '\0') return sys::Failure{ZELKM_ERR_FILENAME_NULL};
-  return cms::toUtf8(fileName);
+  sys::Result<std::string> name = cms::toUtf8(fileName);
+  // The system ends a name there, which would be the name of another file.
+  if (name && name.value().find('\0') != std::string::npos) {
+    return sys::fail(ZELKM_ERR_PARAMETER, "a file name holds U+0000");
+  }
+  return name;
 }
 
 sys::Result<sys::SecretBytes> passwordArgument(const char* password) {

@@ -171,6 +171,12 @@ TEST_F(LifecycleTest, TakesNamesBeyondTheBasicPlane) {
   EXPECT_EQ(open(modified), ZELKM_OK);
 }
 
+TEST_F(LifecycleTest, RefusesNamesWithANulInsteadOfCuttingThem) {
+  EXPECT_EQ(create(path("cut\xC0\x80.kdb")), ZELKM_ERR_PARAMETER);
+  EXPECT_FALSE(fs::exists(path("cut")));
+  EXPECT_EQ(open(file_ + "\xC0\x80.kdb"), ZELKM_ERR_PARAMETER);
+}
+
 TEST_F(LifecycleTest, GivesHandlesThatAreNotReusedSoon) {
   int last = handle_;
   for (int round = 0; round < 100; ++round) {
