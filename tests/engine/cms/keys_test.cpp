@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "engine/cms/signing.h"
 #include "tests/engine/cms/tools.h"
 
@@ -74,6 +76,26 @@ TEST(Keys, OfOtherAlgorithmsAreToldFromDamagedOnes) {
   EXPECT_EQ(readPrivateKey(damaged).code(), ZELKM_ERR_ASN);
   EXPECT_EQ(readPrivateKey(text("no key at all")).code(), ZELKM_ERR_ASN);
   EXPECT_EQ(readPrivateKey({}).code(), ZELKM_ERR_ASN);
+}
+
+TEST_P(KeySizes, MakePairsOfTheirTwoHalves) {
+  const KeyPtr key = std::move(generateKey(GetParam().size)).value();
+  const KeyPtr other = std::move(generateKey(GetParam().size)).value();
+  EXPECT_TRUE(isPair(*key, publicKeyInfo(*key).value()));
+  EXPECT_FALSE(isPair(*key, publicKeyInfo(*other).value()));
+}
+
+TEST(Keys, ThatClaimTheHalfOfAnotherAreNoPair) {
+  constexpr std::ptrdiff_t kPointSize = 65;  // both encodings end in the uncompressed point
+  const KeyPtr other = std::move(generateKey(256)).value();
+  const sys::Bytes otherPublic = publicKeyInfo(*other).value();
+  sys::SecretBytes claiming = privateKeyInfo(*generateKey(256).value()).value();
+  std::copy(otherPublic.end() - kPointSize, otherPublic.end(), claiming.end() - kPointSize);
+
+  const sys::Result<KeyPtr> key = readPrivateKey(claiming);
+  ASSERT_TRUE(key);
+  ASSERT_EQ(EVP_PKEY_eq(key.value().get(), other.get()), 1);
+  EXPECT_FALSE(isPair(*key.value(), otherPublic));
 }
 
 TEST(Keys, BoundToPssAreRsaButDoNotSign) {
