@@ -24,6 +24,15 @@ struct AuthorityRights {
   std::optional<long> pathLength;
 };
 
+/** The path length asked for; one that is no number of authorities grants none of them below. */
+std::optional<long> requestedPathLength(const BASIC_CONSTRAINTS& asked) {
+  if (asked.pathlen == nullptr) return std::nullopt;
+  std::int64_t length = 0;
+  const bool isNumber = ASN1_INTEGER_get_int64(&length, asked.pathlen) == 1 && length >= 0;
+  ERR_clear_error();
+  return isNumber ? length : 0;
+}
+
 /** The path length of the issuer's basic constraints; nothing when it has no limit. */
 std::optional<long> pathLengthOf(X509& issuer) {
   const long length = X509_get_pathlen(&issuer);
@@ -41,8 +50,7 @@ std::optional<AuthorityRights> grantedRights(const STACK_OF(X509_EXTENSION) * wa
     sys::traceLine("the issuer's path length allows no authority below it");
     return std::nullopt;
   }
-  AuthorityRights rights;
-  if (asked->pathlen != nullptr) rights.pathLength = ASN1_INTEGER_get(asked->pathlen);
+  AuthorityRights rights{requestedPathLength(*asked)};
   if (issuerLength) {
     rights.pathLength = std::min(rights.pathLength.value_or(*issuerLength - 1), *issuerLength - 1);
   }
@@ -55,7 +63,10 @@ bool addConstraints(X509& certificate, const std::optional<AuthorityRights>& rig
   constraints->ca = rights ? 0xFF : 0;
   if (rights && rights->pathLength) {
     constraints->pathlen = ASN1_INTEGER_new();
-    ASN1_INTEGER_set(constraints->pathlen, *rights->pathLength);
+    if (constraints->pathlen == nullptr ||
+        ASN1_INTEGER_set_int64(constraints->pathlen, *rights->pathLength) != 1) {
+      return false;
+    }
   }
   return X509_add1_ext_i2d(&certificate, NID_basic_constraints, constraints.get(), kCritical,
                            X509V3_ADD_DEFAULT) == 1;

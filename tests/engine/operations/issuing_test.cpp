@@ -62,6 +62,15 @@ TEST_F(Issuing, GrantsAuthorityWhereItIsAskedFor) {
   EXPECT_THAT(verified(), HasSubstr("CA:TRUE, pathlen:0"));
 }
 
+TEST_F(Issuing, GrantsNoPathLengthThatIsNone) {
+  // basicConstraints: CA true and a pathLen of -1, and of 2^64.
+  for (const char* constraints :
+       {"DER:30:06:01:01:FF:02:01:FF", "DER:30:0E:01:01:FF:02:09:01:00:00:00:00:00:00:00:00"}) {
+    ASSERT_EQ(issue(request(std::string("-addext basicConstraints=") + constraints)), ZELKM_OK);
+    EXPECT_THAT(verified(), HasSubstr("CA:TRUE, pathlen:0")) << constraints;
+  }
+}
+
 TEST_F(Issuing, GrantsNoAuthorityBeyondTheIssuersPathLength) {
   // Extensions: basicConstraints, critical, CA true, pathLen 0; keyUsage keyCertSign.
   const sys::Bytes extensions = {0x30, 0x21, 0x30, 0x12, 0x06, 0x03, 0x55, 0x1D, 0x13,
