@@ -4,11 +4,22 @@
 #include <openssl/err.h>
 #include <openssl/provider.h>
 
+#include <atomic>
+
 #include "engine/sys/trace.h"
 
 namespace zel::cms {
 
+namespace {
+
+std::atomic<bool> legacyPermitted = true;
+
+}  // namespace
+
+void permitLegacyAlgorithms(bool permitted) { legacyPermitted = permitted; }
+
 OSSL_LIB_CTX* legacyCryptoContext() {
+  if (!legacyPermitted) return nullptr;
   static OSSL_LIB_CTX* const context = [] {
     OSSL_LIB_CTX* fresh = OSSL_LIB_CTX_new();
     if (fresh == nullptr) return fresh;

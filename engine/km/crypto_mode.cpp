@@ -3,9 +3,14 @@
 #include <openssl/evp.h>
 #include <openssl/provider.h>
 
+#include <algorithm>
+#include <array>
 #include <atomic>
+#include <string_view>
 
+#include "engine/cms/crypto_context.h"
 #include "engine/cms/keys.h"
+#include "engine/cms/openssl_ptr.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km {
@@ -13,6 +18,9 @@ namespace zel::km {
 namespace {
 
 constexpr int kSmallestApprovedRsa = 2048;
+/** P-256, P-384 and P-521 by the names that OpenSSL gives them. Other curves share their sizes. */
+constexpr std::array<std::string_view, 3> kApprovedCurves = {"prime256v1", "secp384r1",
+                                                             "secp521r1"};
 
 std::atomic<bool> approved = false;
 
@@ -27,6 +35,17 @@ sys::Status useValidatedModule() {
   return sys::success();
 }
 
+bool isOnApprovedCurve(sys::ByteView publicKeyInfo) {
+  const auto info = cms::decodeDer<cms::PublicKeyPtr>(d2i_X509_PUBKEY, publicKeyInfo);
+  const EVP_PKEY* key = info ? X509_PUBKEY_get0(info.get()) : nullptr;
+  char curve[64] = "";
+  const bool isNamed =
+      key != nullptr && EVP_PKEY_get_group_name(key, curve, sizeof curve, nullptr) == 1;
+  ERR_clear_error();
+  return isNamed &&
+         std::find(kApprovedCurves.begin(), kApprovedCurves.end(), curve) != kApprovedCurves.end();
+}
+
 }  // namespace
 
 bool approvedMode() { return approved; }
@@ -37,6 +56,7 @@ sys::Status setCryptoMode(bool approvedOnly, bool validated) {
     if (!used) return used;
   }
   approved = approvedOnly || validated;
+  cms::permitLegacyAlgorithms(!approved);
   return sys::success();
 }
 
@@ -51,8 +71,7 @@ sys::Status checkApproved(sys::ByteView publicKeyInfo) {
     return sys::fail(ZELKM_ERR_CRYPTO_UNSUPPORTED_MODULUS_SIZE, "%d bits are not approved",
                      traits.size);
   }
-  if (traits.algorithm == cms::KeyAlgorithm::ec && traits.size != 256 && traits.size != 384 &&
-      traits.size != 521) {
+  if (traits.algorithm == cms::KeyAlgorithm::ec && !isOnApprovedCurve(publicKeyInfo)) {
     return sys::fail(ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM, "the curve is not approved");
   }
   return sys::success();

@@ -9,6 +9,7 @@
 #include "engine/cms/issuing.h"
 #include "engine/cms/requests.h"
 #include "engine/km/certificate_files.h"
+#include "engine/km/crypto_mode.h"
 #include "engine/km/entry_arguments.h"
 #include "engine/km/key_material.h"
 #include "engine/km/operation.h"
@@ -113,6 +114,11 @@ sys::Status issue(Store& store, const Issuing& wanted) {
   const sys::Result<cms::RequestFields> request = cms::readRequest(bytes.value());
   if (!request) return request.failure();
   if (sys::Status isGenuine = cms::verifyRequest(bytes.value()); !isGenuine) return isGenuine;
+
+  if (store.approvedOnly()) {
+    const sys::Status approved = checkApproved(request.value().publicKeyInfo);
+    if (!approved) return approved;
+  }
 
   const sys::Result<cms::CertificatePlan> plan = planFor(wanted, request.value(), issuer.value());
   if (!plan) return plan.failure();

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "engine/cms/crypto_context.h"
 #include "engine/cms/keys.h"
 #include "tests/engine/cms/tools.h"
 
@@ -68,6 +69,23 @@ INSTANTIATE_TEST_SUITE_P(OfOpenSsl, ForeignEncryption,
                                          "-v1 PBE-SHA1-RC2-40 -provider legacy -provider default",
                                          "-v1 PBE-MD5-DES -provider legacy -provider default",
                                          "-scrypt"));
+
+TEST(EncryptedKeys, OfOldAreRefusedWhereTheyAreNotPermitted) {
+  const TemporaryFolder folder;
+  folder.write("key", aKey());
+  const CommandResult made =
+      run("openssl pkcs8 -topk8 -inform DER -outform DER -passout pass:secret -v1 PBE-SHA1-RC2-40 "
+          "-provider legacy -provider default -in " +
+          folder.path("key") + " -out " + folder.path("epki"));
+  ASSERT_EQ(made.exitCode, 0) << made.output;
+  const sys::Bytes epki = folder.read("epki");
+
+  permitLegacyAlgorithms(false);
+  const int refused = decryptPrivateKey(epki, text("secret")).code();
+  permitLegacyAlgorithms(true);
+  EXPECT_EQ(refused, ZELKM_ERR_PBE_ALG_UNSUPPORT);
+  EXPECT_EQ(decryptPrivateKey(epki, text("secret")).value(), aKey());
+}
 
 TEST(EncryptedKeys, TellAWrongPasswordFromDamage) {
   const sys::Bytes epki = encryptedQuickly("secret");

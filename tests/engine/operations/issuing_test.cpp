@@ -128,6 +128,22 @@ TEST_F(Issuing, RefusesARequestThatIsNotGenuine) {
   EXPECT_EQ(issue({}), ZELKM_ERR_NULL_PARAMETER);
 }
 
+TEST_F(Issuing, FromAnApprovedDatabaseIsForApprovedKeysOnly) {
+  int approved = 0;
+  ASSERT_EQ(ZELKM_CreateNewKeyDbFIPS(path("approved.kdb").c_str(), "fourteen-char1", 0, &approved),
+            ZELKM_OK);
+  ASSERT_EQ(ZELKM_CreateSelfSignedCert(approved, "ca", 0, 3, 256, name("ca").get(), 30, nullptr, 0),
+            ZELKM_OK);
+  const auto issueApproved = [&](const sys::Bytes& csr) {
+    return ZELKM_IssueCert(approved, csr.data(), static_cast<std::uint32_t>(csr.size()), "ca", 3,
+                           "", 20, path("issued.pem").c_str(), 1, 0, 0);
+  };
+  EXPECT_EQ(issueApproved(request()), ZELKM_OK);
+  EXPECT_EQ(issueApproved(request("-pkeyopt ec_paramgen_curve:secp256k1")),
+            ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM);
+  EXPECT_EQ(ZELKM_CloseKeyDb(approved), ZELKM_OK);
+}
+
 TEST_F(Issuing, RefusesWhoMayNotIssue) {
   const sys::Bytes csr = request();
   EXPECT_EQ(issue(csr, "", 3, 20, "nobody"), ZELKM_ERR_KEY_GET_BY_LABEL);
