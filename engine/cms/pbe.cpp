@@ -12,6 +12,7 @@ namespace {
 
 using Pbes2Ptr = std::unique_ptr<PBE2PARAM, Releaser<PBE2PARAM_free>>;
 using Pbkdf2Ptr = std::unique_ptr<PBKDF2PARAM, Releaser<PBKDF2PARAM_free>>;
+using ScryptPtr = std::unique_ptr<SCRYPT_PARAMS, Releaser<SCRYPT_PARAMS_free>>;
 using PbeParametersPtr = std::unique_ptr<PBEPARAM, Releaser<PBEPARAM_free>>;
 
 template <typename Ptr>
@@ -43,6 +44,33 @@ std::int64_t iterationsOf(const X509_ALGOR& algorithm) {
   return count;
 }
 
+/** The number, or one beyond all bounds when it is negative or does not fit. */
+std::uint64_t boundedNumber(const ASN1_INTEGER* number) {
+  std::uint64_t value = 0;
+  if (ASN1_INTEGER_get_uint64(&value, number) != 1)
+    value = std::numeric_limits<std::uint64_t>::max();
+  return value;
+}
+
+/** Whether the parameters ask for scrypt at a cost that is not tried. */
+bool isCostlyScrypt(const X509_ALGOR& algorithm) {
+  if (OBJ_obj2nid(algorithm.algorithm) != NID_pbes2) return false;
+  const auto pbes2 = unpack<Pbes2Ptr>(algorithm.parameter, ASN1_ITEM_rptr(PBE2PARAM));
+  if (!pbes2 || OBJ_obj2nid(pbes2->keyfunc->algorithm) != NID_id_scrypt) return false;
+  const auto scrypt = unpack<ScryptPtr>(pbes2->keyfunc->parameter, ASN1_ITEM_rptr(SCRYPT_PARAMS));
+  if (!scrypt) return false;
+  // Each factor is at most the bound before it multiplies, so that nothing overflows.
+  std::uint64_t cost = 1;
+  for (const ASN1_INTEGER* factor :
+       {scrypt->costParameter, scrypt->blockSize, scrypt->parallelizationParameter}) {
+    const std::uint64_t value = boundedNumber(factor);
+    if (value > kMaxScryptCost || cost * value > kMaxScryptCost) return true;
+    cost *= value;
+  }
+  ERR_clear_error();
+  return false;
+}
+
 }  // namespace
 
 PbePassword pbePassword(sys::ByteView password) {
@@ -55,6 +83,10 @@ sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteV
   if (iterationsOf(algorithm) > kMaxIterations) {
     return sys::fail(ZELKM_ERR_PBE_ALG_UNSUPPORT, "more than %lld iterations are not tried",
                      static_cast<long long>(kMaxIterations));
+  }
+  if (isCostlyScrypt(algorithm)) {
+    ERR_clear_error();
+    return sys::fail(ZELKM_ERR_PBE_ALG_UNSUPPORT, "scrypt at such a cost is not tried");
   }
   const CipherContextPtr context(EVP_CIPHER_CTX_new());
   if (!context) return cryptoFailure(ZELKM_ERR_MEMORY_ALLOCATE, "decrypt");

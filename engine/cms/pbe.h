@@ -19,6 +19,9 @@ namespace zel::cms {
  */
 inline constexpr std::int64_t kMaxIterations = 10'000'000;
 
+/** The same of scrypt: the most of its N * r * p (RFC 7914), each unit of which takes 128 bytes. */
+inline constexpr std::uint64_t kMaxScryptCost = 1U << 22U;
+
 /**
  * A password as the derivations want it: real UTF-8. In PKCS #12 the empty password and none are
  * two, the latter being a null text.
@@ -35,7 +38,7 @@ PbePassword pbePassword(sys::ByteView password);
  * decryptPbe decrypts and leaves the padding where it is: looking at it tells a wrong password too
  * badly, so the caller looks at the content.
  *
- *  - ZELKM_ERR_PBE_ALG_UNSUPPORT: an encryption that is not known, or too many iterations.
+ *  - ZELKM_ERR_PBE_ALG_UNSUPPORT: an encryption that is not known, or that costs too much.
  *  - ZELKM_ERR_DATABASE_KEY_INTEGRITY: the ciphertext is not a number of whole blocks.
  */
 sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteView cipherText,

@@ -127,6 +127,25 @@ TEST(EncryptedKeys, WithExcessiveIterationsAreNotTried) {
             ZELKM_ERR_PBE_ALG_UNSUPPORT);
 }
 
+TEST(EncryptedKeys, WithExcessiveScryptAreNotTried) {
+  const TemporaryFolder folder;
+  folder.write("key", aKey());
+  const CommandResult made =
+      run("openssl pkcs8 -topk8 -inform DER -outform DER -passout pass:secret -scrypt -scrypt_N "
+          "1024 -scrypt_r 1 -scrypt_p 4096 -in " +
+          folder.path("key") + " -out " + folder.path("epki"));
+  ASSERT_EQ(made.exitCode, 0) << made.output;
+  sys::Bytes epki = folder.read("epki");
+  EXPECT_EQ(decryptPrivateKey(epki, text("secret")).value(), aKey()) << "just within the bound";
+
+  const sys::Bytes parallelization = {0x02, 0x02, 0x10, 0x00};
+  const auto at =
+      std::search(epki.begin(), epki.end(), parallelization.begin(), parallelization.end());
+  ASSERT_NE(at, epki.end());
+  *(at + 3) = 1;
+  EXPECT_EQ(decryptPrivateKey(epki, text("secret")).code(), ZELKM_ERR_PBE_ALG_UNSUPPORT);
+}
+
 TEST(EncryptedKeys, AreMadeWithTheDocumentedParameters) {
   const TemporaryFolder folder;
   folder.write("epki", encryptPrivateKey(aKey(), text("secret")).value());
