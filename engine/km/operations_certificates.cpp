@@ -7,6 +7,7 @@
 #include "engine/km/key_material.h"
 #include "engine/km/operation.h"
 #include "engine/sys/memory.h"
+#include "engine/sys/trace.h"
 
 // Making certificates, and reading and writing them outside of a store.
 
@@ -63,6 +64,33 @@ sys::Result<sys::Bytes> signSelf(Store& store, const SelfSigning& wanted, const 
                                signerOf(store, key.privateKey));
 }
 
+/** Takes an entry out again; the default mark goes back to the one that had it. */
+void takeBack(Store& store, const std::string& label, const std::string& previousDefault) {
+  const sys::Status taken = store.inTransaction([&]() -> sys::Status {
+    if (sys::Status removed = store.removeKey(label); !removed) return removed;
+    return previousDefault.empty() ? sys::success() : store.setDefault(previousDefault);
+  });
+  if (!taken) sys::traceLine("\"%s\" stays without its file", label.c_str());
+}
+
+/**
+ * The file comes last: it may replace another, which nothing brings back, whereas the entry can be
+ * taken out again when the file cannot be written.
+ */
+sys::Status insertAndWrite(Store& store, const SelfSigning& wanted, const KeyEntry& entry) {
+  std::string previousDefault;
+  if (wanted.makeDefault && wanted.certFileName != nullptr) {
+    const sys::Result<KeyEntry> marked = store.defaultKey();
+    if (marked) previousDefault = marked.value().label;
+    if (!marked && marked.code() != ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL) return marked.failure();
+  }
+  if (sys::Status inserted = store.insertKey(entry); !inserted) return inserted;
+  if (wanted.certFileName == nullptr) return sys::success();
+  sys::Status written = writeCertificateFile(wanted.certFileName, entry.certificate, wanted.format);
+  if (!written) takeBack(store, entry.label, previousDefault);
+  return written;
+}
+
 sys::Status createSelfSigned(Store& store, const SelfSigning& wanted) {
   const sys::Result<std::string> label = labelArgument(wanted.label);
   if (!label) return label.failure();
@@ -86,11 +114,7 @@ sys::Status createSelfSigned(Store& store, const SelfSigning& wanted) {
   entry.privateKey = std::move(key.value().privateKey);
   entry.trusted = true;  // a root of one's own
   entry.isDefault = wanted.makeDefault;
-  return store.inTransaction([&]() -> sys::Status {
-    if (sys::Status inserted = store.insertKey(entry); !inserted) return inserted;
-    if (wanted.certFileName == nullptr) return sys::success();
-    return writeCertificateFile(wanted.certFileName, entry.certificate, wanted.format);
-  });
+  return insertAndWrite(store, wanted, entry);
 }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <utility>
+
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/extensions.h"
 #include "engine/cms/requests.h"
@@ -59,18 +61,23 @@ sys::Result<RequestEntry> makeRequest(Store& store, const NewRequest& wanted,
   return entry;
 }
 
-/** The file is part of the transaction: one that cannot be written leaves no request behind. */
+/**
+ * The file comes last, for it may replace another, which nothing brings back; one that cannot be
+ * written leaves no request behind.
+ */
 sys::Status createRequest(Store& store, const NewRequest& wanted) {
   const sys::Result<std::string> label = labelArgument(wanted.label);
   if (!label) return label.failure();
   if (sys::Status isFree = requireFreeLabel(store, label.value()); !isFree) return isFree;
   const sys::Result<RequestEntry> entry = makeRequest(store, wanted, label.value());
   if (!entry) return entry.failure();
-  return store.inTransaction([&]() -> sys::Status {
-    if (sys::Status done = store.insertRequest(entry.value()); !done) return done;
-    if (wanted.fileName == nullptr) return sys::success();
-    return writeRequestFile(wanted.fileName, entry.value().request);
-  });
+  if (sys::Status inserted = store.insertRequest(entry.value()); !inserted) return inserted;
+  if (wanted.fileName == nullptr) return sys::success();
+  sys::Status written = writeRequestFile(wanted.fileName, entry.value().request);
+  if (!written && !store.removeRequest(label.value())) {
+    sys::traceLine("the request \"%s\" stays without its file", label.value().c_str());
+  }
+  return written;
 }
 
 }  // namespace
@@ -141,10 +148,14 @@ int ZELKM_ReCreateCertReqSig(int handle, const char* label, int signatureAlgorit
     sys::Result<sys::Bytes> request =
         cms::signRequestAgain(entry.request, signatureAlgorithm, signerOf(store, entry.privateKey));
     if (!request) return request.failure();
-    entry.request = std::move(request).value();
-    return store.inTransaction([&]() -> sys::Status {
-      if (sys::Status done = store.replaceRequest(entry); !done) return done;
-      return writeRequestFile(certReqFileName, entry.request);
-    });
+    const sys::Bytes before = std::exchange(entry.request, std::move(request).value());
+    if (sys::Status replaced = store.replaceRequest(entry); !replaced) return replaced;
+    sys::Status written = writeRequestFile(certReqFileName, entry.request);
+    if (written) return written;
+    entry.request = before;
+    if (!store.replaceRequest(entry)) {
+      sys::traceLine("the request \"%s\" stays without its file", entry.label.c_str());
+    }
+    return written;
   });
 }

@@ -106,6 +106,23 @@ TEST_F(SelfSigned, LeaveNoEntryWhenTheFileCannotBeWritten) {
   EXPECT_THAT(keyLabels(), IsEmpty());
 }
 
+TEST_F(SelfSigned, LeaveTheDefaultMarkWhenTheFileCannotBeWritten) {
+  ASSERT_EQ(selfSign("before", true), ZELKM_OK);
+  EXPECT_EQ(ZELKM_CreateSelfSignedCert(handle(), "after", 1, 3, 256, name("after").get(), 30,
+                                       path("no folder/cert.der").c_str(), 0),
+            ZELKM_ERR_FILE_OPEN_NOT_EXIST);
+  EXPECT_THAT(keyLabels(), ElementsAre("before"));
+  EXPECT_EQ(item("before")->booleanValue2, 1);
+}
+
+TEST_F(SelfSigned, LeaveTheFileWhenTheDatabaseCannotBeWritten) {
+  folder().write("cert.der", cms::text("another certificate"));
+  const Reader reader(databasePath());
+  EXPECT_EQ(create(3, 256, 30, path("cert.der").c_str()), ZELKM_ERR_DATABASE_WRITE);
+  const sys::ByteView before = cms::text("another certificate");
+  EXPECT_EQ(folder().read("cert.der"), sys::Bytes(before.begin(), before.end()));
+}
+
 TEST_F(SelfSigned, KeepTheEntryThatHasTheLabel) {
   ASSERT_EQ(selfSign("key"), ZELKM_OK);
   const KeyItem before = item("key");

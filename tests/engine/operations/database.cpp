@@ -66,6 +66,13 @@ DatabaseTest::DatabaseTest() : handle_(sharedDatabase(kPassword).handle) {
   }
 }
 
+Reader::Reader(const std::string& path) {
+  EXPECT_EQ(sqlite3_open(path.c_str(), &connection_), SQLITE_OK);
+  EXPECT_EQ(
+      sqlite3_exec(connection_, "BEGIN; SELECT count(*) FROM keys", nullptr, nullptr, nullptr),
+      SQLITE_OK);
+}
+
 std::string DatabaseTest::databasePath() const { return sharedDatabase(kPassword).path; }
 
 std::vector<std::string> DatabaseTest::keyLabels() {

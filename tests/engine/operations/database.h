@@ -2,6 +2,7 @@
 #define ZEL_TESTS_ENGINE_OPERATIONS_DATABASE_H_
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <memory>
 #include <string>
@@ -52,6 +53,18 @@ class Labels {
 
  private:
   ZELKMLabelList* head_ = nullptr;
+};
+
+/** Another program that reads a database for as long as this lives: nothing is committed. */
+class Reader {
+ public:
+  explicit Reader(const std::string& path);
+  ~Reader() { sqlite3_close(connection_); }
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+
+ private:
+  sqlite3* connection_ = nullptr;
 };
 
 /**

@@ -109,6 +109,26 @@ TEST_F(Requests, AreSignedAgainWithAnotherAlgorithm) {
             bytesOf(before->berData, before->berDataLength));
 }
 
+TEST_F(Requests, LeaveTheFileWhenTheDatabaseCannotBeWritten) {
+  ASSERT_EQ(create("www"), ZELKM_OK);
+  const sys::Bytes before = folder().read("request.csr");
+  const Reader reader(databasePath());
+  EXPECT_EQ(create("other"), ZELKM_ERR_DATABASE_WRITE);
+  EXPECT_EQ(ZELKM_ReCreateCertReqSig(handle(), "www", 2, path("request.csr").c_str(), 0, 0),
+            ZELKM_ERR_DATABASE_WRITE);
+  EXPECT_EQ(folder().read("request.csr"), before);
+}
+
+TEST_F(Requests, StayAsTheyAreWhenTheFileCannotBeWritten) {
+  ASSERT_EQ(create("www"), ZELKM_OK);
+  EXPECT_EQ(create("other", 256, "no folder/request.csr"), ZELKM_ERR_FILE_OPEN_NOT_EXIST);
+  EXPECT_THAT(requestLabels(), ElementsAre("www"));
+  EXPECT_EQ(
+      ZELKM_ReCreateCertReqSig(handle(), "www", 2, path("no folder/request.csr").c_str(), 0, 0),
+      ZELKM_ERR_FILE_OPEN_NOT_EXIST);
+  EXPECT_STREQ(request("www")->certReq->sigAlgIdOIDName, "ecdsa-with-SHA256");
+}
+
 TEST_F(Requests, AndKeysHaveTablesOfTheirOwn) {
   ASSERT_EQ(create("www"), ZELKM_OK);
   ASSERT_EQ(selfSign("www"), ZELKM_OK);
