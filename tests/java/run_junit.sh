@@ -11,6 +11,9 @@ shift 2
 "$@" >"$log" 2>&1
 status=$?
 
+# A sanitizer's runtime is for the JVM alone; it finds fault with mawk.
+unset LD_PRELOAD
+
 # What JUnit says; the complaints, each with a stack trace, stay in the log.
 grep -v -E -e '^(WARNING in native method|WARNING: JNI)' -e '^[[:space:]]+at ' "$log"
 
