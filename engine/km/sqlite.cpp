@@ -117,7 +117,9 @@ sys::Result<std::unique_ptr<Connection>> Connection::open(const std::string& pat
   sqlite3* handle = nullptr;
   const int opened =
       sqlite3_open_v2(name.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
-  std::unique_ptr<Connection> connection(new Connection(handle));
+  // Owned before anything else is allocated; SQLite hands one out even when it could not open.
+  Handle owned(handle, &sqlite3_close_v2);
+  std::unique_ptr<Connection> connection(new Connection(std::move(owned)));
   if (opened != SQLITE_OK) return failure(handle, opened, Access::read);
   sqlite3_extended_result_codes(handle, 1);
   sqlite3_busy_timeout(handle, kBusyTimeoutMilliseconds);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
@@ -78,9 +79,11 @@ class Connection {
   bool hasMoved() const;
 
  private:
-  explicit Connection(sqlite3* handle) : handle_(handle, &sqlite3_close_v2) {}
+  using Handle = std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)>;
 
-  std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> handle_;
+  explicit Connection(Handle handle) : handle_(std::move(handle)) {}
+
+  Handle handle_;
 };
 
 /** A Transaction rolls back unless it was committed. */
