@@ -48,7 +48,7 @@ class CMSKeyDatabaseTest {
     file = folder.resolve("test.kdb");
     try (var db =
         com.nelo.zel.vosmar.basic.CMSKeyDatabase.create(file, PASSWORD, Duration.ZERO)) {
-      db.createSelfSigned(new SelfSignedCertificate("key", NAME, KeyType.ec(256)));
+      db.certificates().createSelfSigned(new SelfSignedCertificate("key", NAME, KeyType.ec(256)));
     }
   }
 
@@ -118,7 +118,7 @@ class CMSKeyDatabaseTest {
   @Test
   void aPendingRequestIsListedAndDeletedButNotRead() throws Exception {
     try (var newer = com.nelo.zel.vosmar.basic.CMSKeyDatabase.open(file, PASSWORD)) {
-      newer.createRequest(
+      newer.certificates().createRequest(
           new NewCertificateRequest("request", NAME, KeyType.ec(256), folder.resolve("request.csr")));
     }
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {

@@ -38,7 +38,8 @@ class CertificateRequestTest {
     ca =
         CMSKeyDatabase.create(
             folder.resolve("ca.kdb"), TestDatabase.password(), Duration.ZERO);
-    ca.createSelfSigned(TestDatabase.certificate("ca").writtenTo(caFile, Encoding.BASE64));
+    ca.certificates()
+        .createSelfSigned(TestDatabase.certificate("ca").writtenTo(caFile, Encoding.BASE64));
     db = TestDatabase.create(folder);
   }
 
@@ -69,21 +70,21 @@ class CertificateRequestTest {
     Path signedAnew = folder.resolve("anew.csr");
     request();
 
-    db.extractRequest("server", again);
-    db.extractRequest("server", SignatureAlgorithm.SHA512, signedAnew);
+    db.certificates().extractRequest("server", again);
+    db.certificates().extractRequest("server", SignatureAlgorithm.SHA512, signedAnew);
 
     assertTrue(Files.readString(again).startsWith("-----BEGIN "));
     assertTrue(Files.size(signedAnew) > 0);
-    assertFails(117, () -> db.extractRequest("other", again));
+    assertFails(117, () -> db.certificates().extractRequest("other", again));
   }
 
   @Test
   void anIssuedCertificateBecomesAKeyWithItsChain() throws Exception {
     request();
     issue();
-    db.addCaCertificate("ca", caFile, Encoding.BASE64);
+    db.certificates().addCa("ca", caFile, Encoding.BASE64);
 
-    db.receiveCertificate(certificateFile, Encoding.BASE64, true);
+    db.certificates().receive(certificateFile, Encoding.BASE64, true);
 
     KeyItem item = db.key("server");
     assertEquals(List.of(), db.labels().requests());
@@ -100,7 +101,7 @@ class CertificateRequestTest {
   void aSerialNumberCanBeGiven() throws Exception {
     request();
 
-    ca.issueCertificate(
+    ca.certificates().issue(
         new CertificateIssue("ca", requestFile, certificateFile)
             .numbered("0x1234")
             .signedWith(SignatureAlgorithm.SHA512)
@@ -118,12 +119,12 @@ class CertificateRequestTest {
     issue();
     db.deleteRequest("server");
 
-    assertFails(108, () -> db.receiveCertificate(certificateFile, Encoding.BASE64, false));
+    assertFails(108, () -> db.certificates().receive(certificateFile, Encoding.BASE64, false));
   }
 
   @Test
   void aMissingCertificateFileIsToldAsSuch() {
-    assertFails(87, () -> db.receiveCertificate(folder.resolve("no"), Encoding.DER, false));
+    assertFails(87, () -> db.certificates().receive(folder.resolve("no"), Encoding.DER, false));
   }
 
   @Test
@@ -133,7 +134,7 @@ class CertificateRequestTest {
     assertFails(
         117,
         () ->
-            ca.issueCertificate(new CertificateIssue("other", requestFile, certificateFile)));
+            ca.certificates().issue(new CertificateIssue("other", requestFile, certificateFile)));
   }
 
   @Test
@@ -141,40 +142,40 @@ class CertificateRequestTest {
     request();
     issue();
     byte[] certificate = der(certificateFile);
-    assertFalse(db.isValid(certificate));
+    assertFalse(db.certificates().isValid(certificate));
 
-    db.addCaCertificate("ca", caFile, Encoding.BASE64);
+    db.certificates().addCa("ca", caFile, Encoding.BASE64);
     db.setTrusted("ca", true);
-    assertTrue(db.isValid(certificate));
+    assertTrue(db.certificates().isValid(certificate));
 
     db.setTrusted("ca", false);
-    assertFalse(db.isValid(certificate));
+    assertFalse(db.certificates().isValid(certificate));
   }
 
   @Test
   void aLaterCertificateOfTheSameKeyRenewsTheEarlier() throws Exception {
     request();
     issue();
-    db.addCaCertificate("ca", caFile, Encoding.BASE64);
-    db.receiveCertificate(certificateFile, Encoding.BASE64, false);
+    db.certificates().addCa("ca", caFile, Encoding.BASE64);
+    db.certificates().receive(certificateFile, Encoding.BASE64, false);
     issue();
     byte[] later = der(certificateFile);
 
-    assertTrue(db.isRenewal(later));
-    db.renewCertificate(later);
+    assertTrue(db.certificates().isRenewal(later));
+    db.certificates().renew(later);
 
     assertArrayEquals(later, db.key("server").certificate().der());
     assertTrue(db.key("server").hasPrivateKey());
-    assertFalse(db.isRenewal(ca.key("ca").certificate().der()));
+    assertFalse(db.certificates().isRenewal(ca.key("ca").certificate().der()));
   }
 
   private void request() throws CMSKeyDatabaseException {
-    db.createRequest(
+    db.certificates().createRequest(
         new NewCertificateRequest("server", SUBJECT, KeyType.ec(256), requestFile));
   }
 
   private void issue() throws CMSKeyDatabaseException {
-    ca.issueCertificate(new CertificateIssue("ca", requestFile, certificateFile).validFor(90));
+    ca.certificates().issue(new CertificateIssue("ca", requestFile, certificateFile).validFor(90));
   }
 
   private static byte[] der(Path pem) throws Exception {

@@ -48,7 +48,7 @@ class ConcurrencyTest {
 
   private static Void onObject(CMSKeyDatabase db, List<String> labels) throws Exception {
     for (String label : labels) {
-      db.createSelfSigned(TestDatabase.certificate(label));
+      db.certificates().createSelfSigned(TestDatabase.certificate(label));
       assertEquals(label, db.key(label).label());
       assertEquals(1, db.labels().keys().stream().filter(label::equals).count());
     }

@@ -21,8 +21,8 @@ class EntriesTest {
   @BeforeEach
   void createDatabase() throws CMSKeyDatabaseException {
     db = TestDatabase.create(folder);
-    db.createSelfSigned(TestDatabase.certificate("alpha"));
-    db.createSelfSigned(TestDatabase.certificate("beta"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("alpha"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("beta"));
   }
 
   @AfterEach

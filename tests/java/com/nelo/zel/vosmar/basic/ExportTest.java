@@ -34,7 +34,7 @@ class ExportTest {
     pfx = folder.resolve("out.p12");
     db = TestDatabase.create(folder);
     for (String label : List.of("alpha", "beta", "gamma")) {
-      db.createSelfSigned(TestDatabase.certificate(label));
+      db.certificates().createSelfSigned(TestDatabase.certificate(label));
     }
   }
 
@@ -48,8 +48,8 @@ class ExportTest {
     Path der = folder.resolve("alpha.der");
     Path base64 = folder.resolve("alpha.pem");
 
-    db.extractCertificate("alpha", der, Encoding.DER);
-    db.extractCertificate("alpha", base64, Encoding.BASE64);
+    db.certificates().extract("alpha", der, Encoding.DER);
+    db.certificates().extract("alpha", base64, Encoding.BASE64);
 
     byte[] expected = db.key("alpha").certificate().der();
     assertArrayEquals(expected, Files.readAllBytes(der));
@@ -65,13 +65,13 @@ class ExportTest {
   void extractingAnUnknownLabelIsCode117AndWritesNothing() {
     Path target = folder.resolve("other.pem");
 
-    assertFails(117, () -> db.extractCertificate("other", target, Encoding.DER));
+    assertFails(117, () -> db.certificates().extract("other", target, Encoding.DER));
     assertTrue(Files.notExists(target));
   }
 
   @Test
   void aPfxFileOfOneKeyIsReadByTheJavaPlatform() throws Exception {
-    db.exportPfx(pfx, PFX_PASSWORD, List.of("alpha"));
+    PfxFile.write(db, pfx, PFX_PASSWORD, List.of("alpha"));
 
     KeyStore store = load();
     assertEquals(Set.of("alpha"), labels(store));
@@ -82,23 +82,23 @@ class ExportTest {
 
   @Test
   void everyLabelGivenIsExportedTheFirstIncluded() throws Exception {
-    db.exportPfx(pfx, PFX_PASSWORD, List.of("gamma", "alpha"));
+    PfxFile.write(db, pfx, PFX_PASSWORD, List.of("gamma", "alpha"));
     assertEquals(Set.of("alpha", "gamma"), labels(load()));
 
     Files.delete(pfx);
-    db.exportPfx(pfx, PFX_PASSWORD, List.of("alpha", "beta", "gamma"));
+    PfxFile.write(db, pfx, PFX_PASSWORD, List.of("alpha", "beta", "gamma"));
     assertEquals(Set.of("alpha", "beta", "gamma"), labels(load()));
   }
 
   @Test
   void exportingAnUnknownLabelIsCode117() {
-    assertFails(117, () -> db.exportPfx(pfx, PFX_PASSWORD, List.of("alpha", "other")));
+    assertFails(117, () -> PfxFile.write(db, pfx, PFX_PASSWORD, List.of("alpha", "other")));
   }
 
   @Test
   void exportingNothingIsRefused() {
     assertThrows(
-        IllegalArgumentException.class, () -> db.exportPfx(pfx, PFX_PASSWORD, List.of()));
+        IllegalArgumentException.class, () -> PfxFile.write(db, pfx, PFX_PASSWORD, List.of()));
   }
 
   private KeyStore load() throws Exception {

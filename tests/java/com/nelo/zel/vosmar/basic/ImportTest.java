@@ -31,8 +31,8 @@ class ImportTest {
   void createDatabases() throws CMSKeyDatabaseException {
     pfx = folder.resolve("keys.p12");
     source = TestDatabase.create(folder);
-    source.createSelfSigned(TestDatabase.certificate("alpha"));
-    source.createSelfSigned(TestDatabase.certificate("beta").asDefaultKey());
+    source.certificates().createSelfSigned(TestDatabase.certificate("alpha"));
+    source.certificates().createSelfSigned(TestDatabase.certificate("beta").asDefaultKey());
     target =
         CMSKeyDatabase.create(
             folder.resolve("target.kdb"), TestDatabase.password(), Duration.ZERO);
@@ -46,19 +46,19 @@ class ImportTest {
 
   @Test
   void keysTravelInAPfxFile() throws Exception {
-    source.exportPfx(pfx, PFX_PASSWORD, List.of("alpha", "beta"));
+    PfxFile.write(source, pfx, PFX_PASSWORD, List.of("alpha", "beta"));
 
-    target.importPfx(pfx, PFX_PASSWORD);
+    PfxFile.importInto(target, pfx, PFX_PASSWORD);
 
     assertSameKeys(target);
   }
 
   @Test
   void aPfxFileOfTheJavaPlatformIsTakenIn() throws Exception {
-    source.exportPfx(pfx, PFX_PASSWORD, List.of("alpha"));
+    PfxFile.write(source, pfx, PFX_PASSWORD, List.of("alpha"));
     Path rewritten = rewriteWithTheJavaPlatform("alpha");
 
-    target.importPfx(rewritten, "java horse 4!".toCharArray());
+    PfxFile.importInto(target, rewritten, "java horse 4!".toCharArray());
 
     assertArrayEquals(
         source.key("alpha").certificate().der(), target.key("alpha").certificate().der());
@@ -67,9 +67,9 @@ class ImportTest {
 
   @Test
   void aWrongPfxPasswordIsCode120() throws Exception {
-    source.exportPfx(pfx, PFX_PASSWORD, List.of("alpha"));
+    PfxFile.write(source, pfx, PFX_PASSWORD, List.of("alpha"));
 
-    assertFails(120, () -> target.importPfx(pfx, "wrong horse 1!".toCharArray()));
+    assertFails(120, () -> PfxFile.importInto(target, pfx, "wrong horse 1!".toCharArray()));
     assertEquals(List.of(), target.labels().keys());
   }
 
@@ -77,7 +77,7 @@ class ImportTest {
   void aFileThatIsNoPfxIsCode119() throws Exception {
     Files.writeString(pfx, "Dear diary,\n");
 
-    assertFails(119, () -> target.importPfx(pfx, PFX_PASSWORD));
+    assertFails(119, () -> PfxFile.importInto(target, pfx, PFX_PASSWORD));
   }
 
   private void assertSameKeys(CMSKeyDatabase other) throws CMSKeyDatabaseException {

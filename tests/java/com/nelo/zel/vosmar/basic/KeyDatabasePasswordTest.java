@@ -38,7 +38,7 @@ class KeyDatabasePasswordTest {
   @Test
   void entriesOutliveAChangeOfThePassword() throws Exception {
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, TestDatabase.password())) {
-      db.createSelfSigned(TestDatabase.certificate("server"));
+      db.certificates().createSelfSigned(TestDatabase.certificate("server"));
     }
 
     change(TestDatabase.password(), NEW_PASSWORD);

@@ -16,10 +16,10 @@ class PrivateKeyEncryptionTest {
   void whatWasEncryptedIsDecryptedAgain() throws Exception {
     byte[] key = KeyPairGenerator.getInstance("EC").generateKeyPair().getPrivate().getEncoded();
 
-    EncryptedPrivateKeyInfoItem encrypted = CMSKeyDatabase.encryptPrivateKey(key, PASSWORD);
+    EncryptedPrivateKeyInfoItem encrypted = PrivateKeyEncryption.encrypt(key, PASSWORD);
 
     assertEquals("PBES2", new EncryptedPrivateKeyInfo(encrypted.der()).getAlgName());
-    try (PrivateKeyInfoItem clear = CMSKeyDatabase.decryptPrivateKey(encrypted, PASSWORD)) {
+    try (PrivateKeyInfoItem clear = PrivateKeyEncryption.decrypt(encrypted, PASSWORD)) {
       assertArrayEquals(key, clear.der());
     }
   }
@@ -27,15 +27,15 @@ class PrivateKeyEncryptionTest {
   @Test
   void aWrongPasswordIsCode120() throws Exception {
     byte[] key = KeyPairGenerator.getInstance("EC").generateKeyPair().getPrivate().getEncoded();
-    EncryptedPrivateKeyInfoItem encrypted = CMSKeyDatabase.encryptPrivateKey(key, PASSWORD);
+    EncryptedPrivateKeyInfoItem encrypted = PrivateKeyEncryption.encrypt(key, PASSWORD);
 
     assertFails(
-        120, () -> CMSKeyDatabase.decryptPrivateKey(encrypted, "wrong horse 1!".toCharArray()));
+        120, () -> PrivateKeyEncryption.decrypt(encrypted, "wrong horse 1!".toCharArray()));
   }
 
   @Test
   void bytesThatAreNoKeyAreRefused() {
-    assertFails(32, () -> CMSKeyDatabase.encryptPrivateKey(new byte[] {1, 2, 3}, PASSWORD));
-    assertFails(32, () -> CMSKeyDatabase.encryptPrivateKey(new byte[0], PASSWORD));
+    assertFails(32, () -> PrivateKeyEncryption.encrypt(new byte[] {1, 2, 3}, PASSWORD));
+    assertFails(32, () -> PrivateKeyEncryption.encrypt(new byte[0], PASSWORD));
   }
 }

@@ -31,7 +31,7 @@ class PrivateKeyTest {
   void signsForTheCertificateOfItsEntry(String keyType, String keyAlgorithm, String algorithm)
       throws Exception {
     try (CMSKeyDatabase db = TestDatabase.create(folder)) {
-      db.createSelfSigned(
+      db.certificates().createSelfSigned(
           new SelfSignedCertificate("key", DNItem.parse("CN=key"), KeyType.parse(keyType)));
       KeyItem item = db.key("key");
       byte[] der = item.privateKey().der();

@@ -46,7 +46,7 @@ class SelfSignedCertificateTest {
   })
   void isSignedByItsOwnKeyWhateverTheAlgorithm(
       String keyType, KeyAlgorithm algorithm, int bits, String signature) throws Exception {
-    db.createSelfSigned(
+    db.certificates().createSelfSigned(
         new SelfSignedCertificate("server", SUBJECT, KeyType.parse(keyType)).validFor(30));
 
     KeyItem item = db.key("server");
@@ -61,7 +61,7 @@ class SelfSignedCertificateTest {
 
   @Test
   void anItemSaysWhatTheCertificateSays() throws Exception {
-    db.createSelfSigned(new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
+    db.certificates().createSelfSigned(new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
 
     KeyItem item = db.key("server");
     CertificateItem certificate = item.certificate();
@@ -81,7 +81,7 @@ class SelfSignedCertificateTest {
 
   @Test
   void theSubjectComesBackWithAllSevenAttributes() throws Exception {
-    db.createSelfSigned(new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
+    db.certificates().createSelfSigned(new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
 
     DNItem subject = db.key("server").certificate().subject();
     assertEquals("host", subject.commonName());
@@ -101,7 +101,7 @@ class SelfSignedCertificateTest {
   @Test
   void textBeyondAsciiSurvives() throws Exception {
     DNItem name = DNItem.parse("CN=M\u00fcnchen \u2192 \u6771\u4eac");
-    db.createSelfSigned(
+    db.certificates().createSelfSigned(
         new SelfSignedCertificate("Stra\u00dfe \u6771\u4eac", name, KeyType.ec(256)));
 
     assertEquals(List.of("Stra\u00dfe \u6771\u4eac"), db.labels().keys());
@@ -112,7 +112,7 @@ class SelfSignedCertificateTest {
   @Test
   void isValidFromNowForTheDaysAsked() throws Exception {
     Instant before = Instant.now().minusSeconds(1);
-    db.createSelfSigned(TestDatabase.certificate("server").validFor(90));
+    db.certificates().createSelfSigned(TestDatabase.certificate("server").validFor(90));
 
     CertificateItem certificate = db.key("server").certificate();
     assertFalse(certificate.notBefore().isAfter(Instant.now()));
@@ -127,7 +127,7 @@ class SelfSignedCertificateTest {
 
   @Test
   void aDigestCanBeAskedFor() throws Exception {
-    db.createSelfSigned(
+    db.certificates().createSelfSigned(
         TestDatabase.certificate("server").signedWith(SignatureAlgorithm.SHA512));
 
     assertEquals("SHA512withECDSA", db.key("server").certificate().x509().getSigAlgName());
@@ -139,8 +139,8 @@ class SelfSignedCertificateTest {
       0x30, 0x10, 0x30, 0x0e, 0x06, 0x03, 0x55, 0x1d, 0x0f, 0x01, 0x01, (byte) 0xff, 0x04, 0x04,
       0x03, 0x02, 0x07, (byte) 0x80
     };
-    db.createSelfSigned(TestDatabase.certificate("ca"));
-    db.createSelfSigned(
+    db.certificates().createSelfSigned(TestDatabase.certificate("ca"));
+    db.certificates().createSelfSigned(
         TestDatabase.certificate("leaf").withExtensions(keyUsageDigitalSignature));
 
     X509Certificate leaf = db.key("leaf").certificate().x509();
@@ -151,8 +151,8 @@ class SelfSignedCertificateTest {
 
   @Test
   void becomesTheDefaultKeyWhenAsked() throws Exception {
-    db.createSelfSigned(TestDatabase.certificate("first"));
-    db.createSelfSigned(TestDatabase.certificate("second").asDefaultKey());
+    db.certificates().createSelfSigned(TestDatabase.certificate("first"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("second").asDefaultKey());
 
     assertEquals("second", db.defaultKey().orElseThrow().label());
     assertTrue(db.key("second").isDefault());
@@ -162,23 +162,24 @@ class SelfSignedCertificateTest {
   @Test
   void isWrittenToAFileWhenAsked() throws Exception {
     Path target = folder.resolve("server.der");
-    db.createSelfSigned(TestDatabase.certificate("server").writtenTo(target, Encoding.DER));
+    db.certificates()
+        .createSelfSigned(TestDatabase.certificate("server").writtenTo(target, Encoding.DER));
 
     assertArrayEquals(db.key("server").certificate().der(), Files.readAllBytes(target));
   }
 
   @Test
   void aTakenLabelIsRefusedAndKeepsItsKey() throws Exception {
-    db.createSelfSigned(TestDatabase.certificate("server"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("server"));
     byte[] certificate = db.key("server").certificate().der();
 
-    assertFails(23, () -> db.createSelfSigned(TestDatabase.certificate("server")));
+    assertFails(23, () -> db.certificates().createSelfSigned(TestDatabase.certificate("server")));
     assertArrayEquals(certificate, db.key("server").certificate().der());
   }
 
   @Test
   void anUnknownLabelIsCode117() throws Exception {
-    db.createSelfSigned(TestDatabase.certificate("server"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("server"));
 
     assertFails(117, () -> db.key("other"));
     assertFails(117, () -> db.request("server"));

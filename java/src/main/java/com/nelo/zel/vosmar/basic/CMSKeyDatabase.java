@@ -20,19 +20,19 @@ import java.util.Optional;
  *
  * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
  * database is looked at again to learn the reason, so the reason told may be of a moment later.
+ *
+ * <p>The library looks for its native methods in this class only, so they stand here for the whole
+ * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link Pkcs7File} and {@link
+ * PrivateKeyEncryption} call those of their subjects.
  */
 public final class CMSKeyDatabase extends KeyDatabaseFile {
   // Codes for failures whose code the native methods keep to themselves.
-  private static final int BAD_ASN1 = 2;
   private static final int CANNOT_READ_ENTRY = 12;
-  private static final int CRYPTOGRAPHY_FAILED = 32;
   private static final int NEW_PASSWORD_REFUSED = 69;
   private static final int OLD_PASSWORD_EXPIRED = 70;
-  private static final int CANNOT_READ_FILE = 87;
   private static final int CANNOT_WRITE_FILE = 91;
   private static final int NO_SUCH_DATABASE = 101;
   private static final int NO_SUCH_LABEL = 117;
-  private static final int WRONG_PASSWORD_OR_DAMAGED = 120;
 
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
@@ -41,7 +41,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   private final List<String> keyLabels = new ArrayList<>();
   private final List<String> requestLabels = new ArrayList<>();
 
-  private CMSKeyDatabase(Path file, char[] password) {
+  /** Remembers a file without touching it. */
+  CMSKeyDatabase(Path file, char[] password) {
     super(file, password);
   }
 
@@ -169,6 +170,11 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
       check(c_OpenKeyDb(file, password()));
       throw failure(CANNOT_WRITE_FILE);
     }
+  }
+
+  /** {@return the certificates and requests of this database} */
+  public KeyDatabaseCertificates certificates() {
+    return new KeyDatabaseCertificates(this);
   }
 
   /**
@@ -374,232 +380,6 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   }
 
   /**
-   * Makes a key and a self-signed certificate for it.
-   *
-   * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
-   */
-  public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
-    int code;
-    if (certificate.isPlain()) {
-      code =
-          c_CreateNewSelfSignedCertificate(
-              file, password(), certificate.version(), certificate.label(),
-              certificate.isDefaultKey(), certificate.keyType().selector(), certificate.subject(),
-              certificate.validityDays(), certificate.fileName(), certificate.isBase64());
-    } else {
-      code =
-          c_CreateNewSelfSignedCertificateSigExt(
-              file, password(), certificate.version(), certificate.label(),
-              certificate.isDefaultKey(), certificate.keyType().selector(), certificate.subject(),
-              certificate.validityDays(), certificate.signatureAlgorithm().selector(),
-              certificate.extensions().length, certificate.extensions(), certificate.fileName(),
-              certificate.isBase64());
-    }
-    check(code, certificate.label());
-  }
-
-  /**
-   * Makes a key and a request for a certificate, which both wait here for {@link #receiveCertificate}.
-   *
-   * @param request what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
-   */
-  public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
-    int code;
-    if (request.isPlain()) {
-      code =
-          c_CreateNewCertRequest(
-              file, password(), request.label(), request.keyType().selector(), request.subject(),
-              request.fileName(), true);
-    } else {
-      code =
-          c_CreateNewCertRequestSigExt(
-              file, password(), request.label(), request.keyType().selector(), request.subject(),
-              request.signatureAlgorithm().selector(), request.extensions().length,
-              request.extensions(), request.fileName(), true);
-    }
-    check(code, request.label());
-  }
-
-  /**
-   * Issues a certificate for a request, signed by a key of this database.
-   *
-   * @param issue how it shall be issued
-   * @throws CMSKeyDatabaseException with code 117 when no key has the issuer's label, with code 125 when
-   *     the issuer may not issue
-   */
-  public void issueCertificate(CertificateIssue issue) throws CMSKeyDatabaseException {
-    SignatureAlgorithm algorithm = issue.signatureAlgorithm();
-    int code;
-    if (algorithm == null) {
-      code =
-          c_IssueCertificate(
-              file, password(), issue.issuerLabel(), issue.version(), issue.serialNumber(),
-              issue.validityDays(), issue.requestFileName(), issue.certificateFileName(),
-              issue.isBase64());
-    } else {
-      code =
-          c_IssueCertificateSig(
-              file, password(), issue.issuerLabel(), issue.version(), issue.serialNumber(),
-              issue.validityDays(), algorithm.selector(), issue.requestFileName(),
-              issue.certificateFileName(), issue.isBase64());
-    }
-    check(code, issue.issuerLabel());
-  }
-
-  /**
-   * Takes in the certificate for a pending request. The request becomes a key of the same label.
-   *
-   * @param source a file with the certificate, or with a PKCS&nbsp;#7 bundle that has it
-   * @param encoding the form of the file
-   * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with code 108 when no request belongs to the certificate
-   */
-  public void receiveCertificate(Path source, Encoding encoding, boolean makeDefault)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ReceiveCert(file, password(), source.toString(), encoding.isBase64(), makeDefault),
-        source);
-  }
-
-  /**
-   * Adds the certificate of a certificate authority.
-   *
-   * @param label its label
-   * @param source the file of the certificate
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
-   */
-  public void addCaCertificate(String label, Path source, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    check(c_AddCaCert(file, password(), label, source.toString(), encoding.isBase64()), label);
-  }
-
-  /**
-   * Whether a certificate would renew one of this database: same subject and key, other certificate.
-   *
-   * @param certificate a DER certificate
-   * @return true when {@link #renewCertificate} would take it
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
-  public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean renewal =
-        c_CheckCertAsRenewal(file, password(), certificate.length, certificate);
-    if (!renewal) {
-      labels();
-    }
-    return renewal;
-  }
-
-  /**
-   * Puts a certificate in the place of the one that it renews.
-   *
-   * @param certificate a DER certificate
-   * @throws CMSKeyDatabaseException when it renews none
-   */
-  public void renewCertificate(byte[] certificate) throws CMSKeyDatabaseException {
-    check(c_RenewCert(file, password(), certificate.length, certificate));
-  }
-
-  /**
-   * Whether a certificate is valid now, with a chain of certificates of this database that ends at a
-   * trusted one (RFC&nbsp;5280, section 6).
-   *
-   * @param certificate a DER certificate
-   * @return false whatever is wrong with it
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
-  public boolean isValid(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean valid =
-        c_ValidateCertificateChain(file, password(), certificate, certificate.length);
-    if (!valid) {
-      labels();
-    }
-    return valid;
-  }
-
-  /**
-   * Writes a pending request to a file once more, in Base64.
-   *
-   * @param label its label
-   * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
-   */
-  public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
-    check(c_ExtractCertReq(file, password(), label, target.toString()), label);
-  }
-
-  /**
-   * Writes a pending request to a file once more, signed anew.
-   *
-   * @param label its label
-   * @param algorithm the digest of the signature
-   * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
-   */
-  public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ExtractCertReqSig(file, password(), label, algorithm.selector(), target.toString()),
-        label);
-  }
-
-  /**
-   * Writes a certificate to a file.
-   *
-   * @param label the label of its entry
-   * @param target the file
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
-   */
-  public void extractCertificate(String label, Path target, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ExtractCert(file, password(), label, target.toString(), encoding.isBase64()), label);
-  }
-
-  /**
-   * Exports entries to a PKCS#12 file (RFC&nbsp;7292), each with its key and chain.
-   *
-   * @param target the file
-   * @param targetPassword the password of that file
-   * @param labels the labels of the entries, one at least
-   * @throws CMSKeyDatabaseException with code 117 when no key has one of the labels
-   */
-  public void exportPfx(Path target, char[] targetPassword, List<String> labels)
-      throws CMSKeyDatabaseException {
-    if (labels.isEmpty()) {
-      throw new IllegalArgumentException("there is nothing to export");
-    }
-    // Given two labels or more, the native method loses the first and exports the others. So several
-    // labels go behind one that may be lost; a single label is exported as it stands.
-    List<String> given = new ArrayList<>(labels);
-    if (labels.size() > 1) {
-      given.add(0, labels.get(0));
-    }
-    check(
-        c_ExportToPFXFile(
-            file, password(), target.toString(), new String(targetPassword),
-            given.toArray(String[]::new)),
-        String.join(", ", labels));
-  }
-
-  /**
-   * Imports all keys and certificates of a PKCS#12 file (RFC&nbsp;7292).
-   *
-   * @param source the file
-   * @param sourcePassword the password of that file
-   * @throws CMSKeyDatabaseException with code 120 when that password is wrong, with code 119 when the
-   *     file is no PKCS#12 file
-   */
-  public void importPfx(Path source, char[] sourcePassword) throws CMSKeyDatabaseException {
-    check(
-        c_ImportFromPFXFile(file, password(), source.toString(), new String(sourcePassword)),
-        source);
-  }
-
-  /**
    * Writes the whole database to a key ring file.
    *
    * @param keyRing the file
@@ -632,70 +412,6 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     return db.unless(code);
   }
 
-  /**
-   * Reads the certificates of a PKCS&nbsp;#7 file (RFC&nbsp;2315).
-   *
-   * @param source the file
-   * @param encoding the form of the file
-   * @return the certificates, in the order of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read, with code 2 when it is
-   *     no PKCS&nbsp;#7
-   */
-  public static List<CertificateItem> readPkcs7(Path source, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    KMSystem.start();
-    try (CMSKeyDatabase none = new CMSKeyDatabase(source, FROM_STASH)) {
-      CertificateItem[] certificates =
-          none.c_ExtractCertFromPKCS7Data(source.toString(), encoding.isBase64());
-      if (certificates == null) {
-        throw none.failure(Files.isReadable(source) ? BAD_ASN1 : CANNOT_READ_FILE);
-      }
-      return List.of(certificates);
-    }
-  }
-
-  /**
-   * Encrypts a private key under a password.
-   *
-   * @param privateKey a DER PrivateKeyInfo, which the caller wipes
-   * @param password the password
-   * @return the encrypted key
-   * @throws CMSKeyDatabaseException with code 32 when the bytes are no private key
-   */
-  public static EncryptedPrivateKeyInfoItem encryptPrivateKey(byte[] privateKey, char[] password)
-      throws CMSKeyDatabaseException {
-    KMSystem.start();
-    try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
-      EncryptedPrivateKeyInfoItem item =
-          none.c_EncryptPrivateKey(privateKey.length, privateKey, none.password());
-      if (item == null) {
-        throw none.failure(CRYPTOGRAPHY_FAILED);
-      }
-      return item;
-    }
-  }
-
-  /**
-   * Decrypts a private key.
-   *
-   * @param privateKey the encrypted key
-   * @param password its password
-   * @return the key in the clear, which the caller closes
-   * @throws CMSKeyDatabaseException with code 120 when the password is wrong or the key damaged
-   */
-  public static PrivateKeyInfoItem decryptPrivateKey(
-      EncryptedPrivateKeyInfoItem privateKey, char[] password) throws CMSKeyDatabaseException {
-    KMSystem.start();
-    byte[] der = privateKey.der();
-    try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
-      PrivateKeyInfoItem item = none.c_DecryptPrivateKey(der.length, der, none.password());
-      if (item == null) {
-        throw none.failure(WRONG_PASSWORD_OR_DAMAGED);
-      }
-      return item;
-    }
-  }
-
   /** This database when the code is 0; otherwise the password is wiped. */
   private CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
     if (code != 0) {
@@ -722,131 +438,131 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
 
   // Lifecycle. Lifetimes are in milliseconds; 0 is no expiry.
 
-  private native int c_CreateNewKeyDb(String keyDbFileName, String keyDbPwd, long expireTime);
+  native int c_CreateNewKeyDb(String keyDbFileName, String keyDbPwd, long expireTime);
 
-  private native int c_CreateNewKeyDbFIPS(String keyDbFileName, String keyDbPwd, long expireTime);
+  native int c_CreateNewKeyDbFIPS(String keyDbFileName, String keyDbPwd, long expireTime);
 
-  private native int c_OpenKeyDb(String keyDbFileName, String keyDbPwd);
+  native int c_OpenKeyDb(String keyDbFileName, String keyDbPwd);
 
-  private native boolean c_ChangeKeyDbPwd(
+  native boolean c_ChangeKeyDbPwd(
       String keyDbFileName, String oldPwd, String newPwd, long expireTime);
 
-  private native boolean c_StashKeyDbPwd(String keyDbFileName, String keyDbPwd);
+  native boolean c_StashKeyDbPwd(String keyDbFileName, String keyDbPwd);
 
-  private native boolean c_IsPasswordRequired(String keyDbFileName);
+  native boolean c_IsPasswordRequired(String keyDbFileName);
 
   // Queries.
 
-  private native int c_BuildKeyLabelList(String keyDbFileName, String keyDbPwd);
+  native int c_BuildKeyLabelList(String keyDbFileName, String keyDbPwd);
 
-  private native KeyItem c_GetKeyItemByLabel(
+  native KeyItem c_GetKeyItemByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
 
-  private native KeyItem[] c_GetKeyItemListByLabel(
+  native KeyItem[] c_GetKeyItemListByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel);
 
-  private native KeyItem[] c_GetKeyItemsByPublicKey(
+  native KeyItem[] c_GetKeyItemsByPublicKey(
       String keyDbFileName, String keyDbPwd, int publicKeyLength, byte[] publicKey);
 
-  private native KeyItem c_GetDefaultKeyItem(String keyDbFileName, String keyDbPwd);
+  native KeyItem c_GetDefaultKeyItem(String keyDbFileName, String keyDbPwd);
 
-  private native boolean c_IsPrivateKeyPresent(
+  native boolean c_IsPrivateKeyPresent(
       String keyDbFileName, String keyDbPwd, String keyLabel);
 
   // Maintenance.
 
-  private native int c_InsertKey(
+  native int c_InsertKey(
      String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
      int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
 
-  private native int c_InsertReqKey(
+  native int c_InsertReqKey(
      String keyDbFileName, String keyDbPwd, String keyLabel, int requestLength, byte[] requestData,
      int keyLength, byte[] keyData);
 
-  private native int c_DeleteKeyByLabel(
+  native int c_DeleteKeyByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
 
-  private native int c_SetDefaultKey(String keyDbFileName, String keyDbPwd, String keyLabel);
+  native int c_SetDefaultKey(String keyDbFileName, String keyDbPwd, String keyLabel);
 
-  private native int c_SetKeyTrust(
+  native int c_SetKeyTrust(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean trusted);
 
   // New certificates and requests.
 
-  private native int c_CreateNewSelfSignedCertificate(
+  native int c_CreateNewSelfSignedCertificate(
      String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
      int keySize, DNItem subject, int validityDays, String certFileName, boolean isBase64);
 
-  private native int c_CreateNewSelfSignedCertificateSigExt(
+  native int c_CreateNewSelfSignedCertificateSigExt(
      String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
      int keySize, DNItem subject, int validityDays, int sigAlg, int extLength, byte[] extData,
      String certFileName, boolean isBase64);
 
-  private native int c_CreateNewCertRequest(
+  native int c_CreateNewCertRequest(
      String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
      String certReqFileName, boolean createNew);
 
-  private native int c_CreateNewCertRequestSigExt(
+  native int c_CreateNewCertRequestSigExt(
      String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
      int sigAlg, int extLength, byte[] extData, String certReqFileName, boolean createNew);
 
-  private native int c_IssueCertificate(
+  native int c_IssueCertificate(
      String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
      int validityDays, String certReqFileName, String certFileName, boolean isBase64);
 
-  private native int c_IssueCertificateSig(
+  native int c_IssueCertificateSig(
      String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
      int validityDays, int sigAlg, String certReqFileName, String certFileName, boolean isBase64);
 
   // Private keys outside a database.
 
-  private native EncryptedPrivateKeyInfoItem c_EncryptPrivateKey(
+  native EncryptedPrivateKeyInfoItem c_EncryptPrivateKey(
       int length, byte[] privateKey, String password);
 
-  private native PrivateKeyInfoItem c_DecryptPrivateKey(
+  native PrivateKeyInfoItem c_DecryptPrivateKey(
       int length, byte[] encryptedKey, String password);
 
   // Import and export.
 
-  private native int c_ExportToPFXFile(
+  native int c_ExportToPFXFile(
       String keyDbFileName, String keyDbPwd, String pfxFileName, String pfxPwd, String[] labels);
 
-  private native int c_ImportFromPFXFile(
+  native int c_ImportFromPFXFile(
       String keyDbFileName, String keyDbPwd, String pfxFileName, String pfxPwd);
 
-  private native int c_ReceiveCert(
+  native int c_ReceiveCert(
      String keyDbFileName, String keyDbPwd, String certFileName, boolean isBase64,
      boolean makeDefault);
 
-  private native int c_AddCaCert(
+  native int c_AddCaCert(
      String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
 
-  private native int c_ExtractCert(
+  native int c_ExtractCert(
      String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
 
-  private native int c_ExtractCertReq(
+  native int c_ExtractCertReq(
       String keyDbFileName, String keyDbPwd, String keyLabel, String certReqFileName);
 
-  private native int c_ExtractCertReqSig(
+  native int c_ExtractCertReqSig(
       String keyDbFileName, String keyDbPwd, String keyLabel, int sigAlg, String certReqFileName);
 
-  private native CertificateItem[] c_ExtractCertFromPKCS7Data(
+  native CertificateItem[] c_ExtractCertFromPKCS7Data(
       String certFileName, boolean isBase64);
 
   // Conversion, renewal and validation.
 
-  private native int c_Kyr2Kdb(
+  native int c_Kyr2Kdb(
       String kyrFileName, String kyrPwd, String keyDbFileName, String keyDbPwd);
 
-  private native int c_Kdb2Kyr(
+  native int c_Kdb2Kyr(
       String keyDbFileName, String keyDbPwd, String kyrFileName, String kyrPwd);
 
-  private native boolean c_CheckCertAsRenewal(
+  native boolean c_CheckCertAsRenewal(
       String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
 
-  private native int c_RenewCert(
+  native int c_RenewCert(
       String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
 
-  private native boolean c_ValidateCertificateChain(
+  native boolean c_ValidateCertificateChain(
       String keyDbFileName, String keyDbPwd, byte[] certData, int certLength);
 }

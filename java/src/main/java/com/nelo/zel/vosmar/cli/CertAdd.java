@@ -17,7 +17,7 @@ final class CertAdd extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.addCaCertificate(label, source.path(), source.encoding());
+    database.certificates().addCa(label, source.path(), source.encoding());
     out.print("added " + label, Map.of("added", label));
   }
 }

@@ -17,7 +17,7 @@ final class CertExtract extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.extractCertificate(label, target.path(), target.encoding());
+    database.certificates().extract(label, target.path(), target.encoding());
     out.print("wrote " + target.path(), Map.of("written", target.path()));
   }
 }

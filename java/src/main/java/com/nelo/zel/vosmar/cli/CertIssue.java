@@ -48,7 +48,7 @@ final class CertIssue extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.issueCertificate(
+    database.certificates().issue(
         new CertificateIssue(label, request, target.path())
             .validFor(days)
             .numbered(serialNumber)

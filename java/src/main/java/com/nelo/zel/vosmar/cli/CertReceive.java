@@ -17,7 +17,7 @@ final class CertReceive extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.receiveCertificate(source.path(), source.encoding(), defaultKey);
+    database.certificates().receive(source.path(), source.encoding(), defaultKey);
     out.print("received " + source.path(), Map.of("received", source.path()));
   }
 }

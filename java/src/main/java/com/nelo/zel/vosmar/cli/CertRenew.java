@@ -13,7 +13,7 @@ final class CertRenew extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.renewCertificate(source.certificate());
+    database.certificates().renew(source.certificate());
     out.print("renewed with " + source.path(), Map.of("renewed", source.path()));
   }
 }

@@ -27,7 +27,7 @@ final class CertRequest extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.createRequest(
+    database.certificates().createRequest(
         new NewCertificateRequest(label, newKey.subject(), newKey.keyType(), target)
             .signedWith(newKey.signature()));
     out.print("wrote " + target, Map.of("written", target));

@@ -48,7 +48,7 @@ final class CertSelfSign extends DatabaseCommand {
     if (target != null) {
       certificate.writtenTo(target, der ? Encoding.DER : Encoding.BASE64);
     }
-    database.createSelfSigned(certificate);
+    database.certificates().createSelfSigned(certificate);
     KeyView view = KeyView.of(database.key(label));
     out.print(view.text(), view.data());
   }

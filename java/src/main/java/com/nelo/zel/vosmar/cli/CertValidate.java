@@ -17,7 +17,7 @@ final class CertValidate extends DatabaseCommand {
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    valid = database.isValid(source.certificate());
+    valid = database.certificates().isValid(source.certificate());
     out.print(
         source.path() + (valid ? " is valid" : " is not valid"),
         Map.of("file", source.path(), "valid", valid));

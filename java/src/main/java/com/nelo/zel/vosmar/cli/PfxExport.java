@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.PfxFile;
 import java.nio.file.Path;
 import java.util.Arrays;
 import java.util.List;
@@ -36,7 +37,7 @@ final class PfxExport extends DatabaseCommand {
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
     char[] secret = pfxPassword.fresh();
     try {
-      database.exportPfx(target, secret, labels);
+      PfxFile.write(database, target, secret, labels);
     } finally {
       Arrays.fill(secret, '\0');
     }

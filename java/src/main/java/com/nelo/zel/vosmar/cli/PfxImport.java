@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.PfxFile;
 import java.util.Arrays;
 import java.util.Map;
 import picocli.CommandLine.Command;
@@ -18,7 +19,7 @@ final class PfxImport extends DatabaseCommand {
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
     char[] secret = pfxPassword.existing();
     try {
-      database.importPfx(source.path(), secret);
+      PfxFile.importInto(database, source.path(), secret);
     } finally {
       Arrays.fill(secret, '\0');
     }

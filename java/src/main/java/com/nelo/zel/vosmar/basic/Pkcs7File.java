@@ -1,0 +1,35 @@
+package com.nelo.zel.vosmar.basic;
+
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+
+/** PKCS&nbsp;#7 files (RFC&nbsp;2315), as bundles of certificates. */
+public final class Pkcs7File {
+  private static final int BAD_ASN1 = 2;
+  private static final int CANNOT_READ_FILE = 87;
+
+  private Pkcs7File() {}
+
+  /**
+   * Reads the certificates of a file.
+   *
+   * @param source the file
+   * @param encoding the form of the file
+   * @return the certificates, in the order of the file
+   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read, with code 2 when it is
+   *     no PKCS&nbsp;#7
+   */
+  public static List<CertificateItem> read(Path source, Encoding encoding)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase none = new CMSKeyDatabase(source, new char[0])) {
+      CertificateItem[] certificates =
+          none.c_ExtractCertFromPKCS7Data(source.toString(), encoding.isBase64());
+      if (certificates == null) {
+        throw none.failure(Files.isReadable(source) ? BAD_ASN1 : CANNOT_READ_FILE);
+      }
+      return List.of(certificates);
+    }
+  }
+}

@@ -1,0 +1,53 @@
+package com.nelo.zel.vosmar.basic;
+
+import java.nio.file.Path;
+
+/** Private keys under a password (RFC&nbsp;5958, section 3), without any key database. */
+public final class PrivateKeyEncryption {
+  private static final int CRYPTOGRAPHY_FAILED = 32;
+  private static final int WRONG_PASSWORD_OR_DAMAGED = 120;
+
+  private PrivateKeyEncryption() {}
+
+  /**
+   * Encrypts a private key under a password.
+   *
+   * @param privateKey a DER PrivateKeyInfo, which the caller wipes
+   * @param password the password
+   * @return the encrypted key
+   * @throws CMSKeyDatabaseException with code 32 when the bytes are no private key
+   */
+  public static EncryptedPrivateKeyInfoItem encrypt(byte[] privateKey, char[] password)
+      throws CMSKeyDatabaseException {
+    KMSystem.start();
+    try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
+      EncryptedPrivateKeyInfoItem item =
+          none.c_EncryptPrivateKey(privateKey.length, privateKey, none.password());
+      if (item == null) {
+        throw none.failure(CRYPTOGRAPHY_FAILED);
+      }
+      return item;
+    }
+  }
+
+  /**
+   * Decrypts a private key.
+   *
+   * @param privateKey the encrypted key
+   * @param password its password
+   * @return the key in the clear, which the caller closes
+   * @throws CMSKeyDatabaseException with code 120 when the password is wrong or the key damaged
+   */
+  public static PrivateKeyInfoItem decrypt(
+      EncryptedPrivateKeyInfoItem privateKey, char[] password) throws CMSKeyDatabaseException {
+    KMSystem.start();
+    byte[] der = privateKey.der();
+    try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
+      PrivateKeyInfoItem item = none.c_DecryptPrivateKey(der.length, der, none.password());
+      if (item == null) {
+        throw none.failure(WRONG_PASSWORD_OR_DAMAGED);
+      }
+      return item;
+    }
+  }
+}
