@@ -1,10 +1,13 @@
 #include "engine/cms/certificates.h"
 
+#include <openssl/sha.h>
+
 #include <ctime>
 
 #include "engine/cms/algorithm_names.h"
 #include "engine/cms/der.h"
 #include "engine/cms/openssl_ptr.h"
+#include "engine/sys/hexadecimal.h"
 
 namespace zel::cms {
 
@@ -103,6 +106,12 @@ sys::Result<CertificateKeys> readCertificateKeys(sys::ByteView der) {
   return CertificateKeys{std::move(subject).value(), std::move(issuer).value(),
                          bytesOf(X509_get0_serialNumber(certificate)),
                          encodeDer(i2d_X509_PUBKEY, X509_get_X509_PUBKEY(certificate))};
+}
+
+std::string thumbprint(sys::ByteView der) {
+  std::uint8_t digest[SHA_DIGEST_LENGTH];
+  EVP_Digest(der.data(), der.size(), &digest[0], nullptr, EVP_sha1(), nullptr);
+  return sys::hexadecimal(digest);
 }
 
 sys::Result<sys::Bytes> unsignedPart(sys::ByteView der) {

@@ -49,6 +49,10 @@ struct CertificateKeys {
  */
 ZEL_CMS_API sys::Result<CertificateKeys> readCertificateKeys(sys::ByteView der);
 
+/** thumbprint answers the SHA-1 of the bytes in capital hexadecimal digits, as stores name files.
+ */
+ZEL_CMS_API std::string thumbprint(sys::ByteView der);
+
 /** unsignedPart answers the to-be-signed part, byte for byte. ZELKM_ERR_ASN as above. */
 ZEL_CMS_API sys::Result<sys::Bytes> unsignedPart(sys::ByteView der);
 

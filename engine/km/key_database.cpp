@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "engine/cms/epki.h"
-#include "engine/cms/keys.h"
 #include "engine/km/crypto_mode.h"
+#include "engine/km/key_material.h"
 #include "engine/km/lookup_keys.h"
 #include "engine/sys/trace.h"
 
@@ -208,25 +208,12 @@ sys::Status KeyDatabase::inTransaction(const std::function<sys::Status()>& body)
 }
 
 sys::Result<GeneratedKey> KeyDatabase::generateKey(int keySize) {
-  sys::Result<cms::KeyPtr> key = cms::generateKey(keySize);
-  if (!key) return key.failure();
-  sys::Result<sys::Bytes> publicKey = cms::publicKeyInfo(*key.value());
-  if (!publicKey) return publicKey.failure();
-  if (approvedOnly()) {
-    sys::Status approved = checkApproved(publicKey.value());
-    if (!approved) return approved.failure();
-  }
-  sys::Result<sys::SecretBytes> pkcs8 = cms::privateKeyInfo(*key.value());
-  if (!pkcs8) return pkcs8.failure();
-  return GeneratedKey{std::move(publicKey.value()), {std::move(pkcs8.value()), {}}};
+  return generateKeyPair(keySize, approvedOnly());
 }
 
 sys::Result<sys::Bytes> KeyDatabase::sign(const PrivateKey& key, SigningDigest digest,
                                           sys::ByteView message) {
-  if (!key.present()) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
-  sys::Result<cms::KeyPtr> signer = cms::readPrivateKey(key.pkcs8);
-  if (!signer) return signer.failure();
-  return cms::signMessage(*signer.value(), digest, message);
+  return signWith(key, digest, message);
 }
 
 bool KeyDatabase::approvedOnly() const { return file_->approvedOnly() || approvedMode(); }

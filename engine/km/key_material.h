@@ -27,6 +27,16 @@ sys::Status requirePair(const PrivateKey& key, sys::ByteView publicKeyInfo);
 /** ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL (111) when the entry is a certificate alone. */
 sys::Status requirePrivateKey(const KeyEntry& entry);
 
+/**
+ * generateKeyPair makes a key pair that is kept as PKCS #8, of the sizes of Store::generateKey;
+ * approved ones only when that is asked for.
+ */
+sys::Result<GeneratedKey> generateKeyPair(int keySize, bool approvedOnly);
+
+/** signWith is Store::sign for a key that is kept as PKCS #8. */
+sys::Result<sys::Bytes> signWith(const PrivateKey& key, SigningDigest digest,
+                                 sys::ByteView message);
+
 /** A signer with a key of the store; both must outlive it. */
 cms::Signer signerOf(Store& store, const PrivateKey& key);
 

@@ -2,7 +2,7 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/cms/modified_utf8.h"
-#include "engine/km/token/numbered_labels.h"
+#include "engine/km/numbered_labels.h"
 
 namespace zel::km {
 
@@ -16,15 +16,21 @@ sys::Result<std::string> labelForCertificate(sys::ByteView certificate) {
   return std::string("certificate");
 }
 
+std::string nameOfUnlabelled(sys::ByteView certificate) {
+  const sys::Result<cms::CertificateFields> fields = cms::readCertificate(certificate);
+  if (fields && !fields.value().subject.cn.value_or("").empty()) return *fields.value().subject.cn;
+  return cms::thumbprint(certificate);
+}
+
 sys::Result<std::string> freeKeyLabel(Store& store, const std::string& wanted) {
-  std::string label = token::boundedLabel(wanted);
+  std::string label = boundedLabel(wanted);
   const sys::Result<KeyEntry> holder = store.findKey(label);
   if (holder.code() == ZELKM_ERR_KEY_GET_BY_LABEL) return label;
   if (!holder) return holder.failure();
   sys::Result<std::vector<std::string>> labels = store.keyLabels();
   if (!labels) return labels.failure();
   labels.value().push_back(std::move(label));
-  return token::numberedLabels(std::move(labels).value()).back();
+  return numberedLabels(std::move(labels).value()).back();
 }
 
 }  // namespace zel::km

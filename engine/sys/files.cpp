@@ -12,6 +12,7 @@
 #include <memory>
 #include <utility>
 
+#include "engine/sys/hexadecimal.h"
 #include "engine/sys/trace.h"
 
 namespace zel::sys {
@@ -209,13 +210,7 @@ std::string temporaryName(const std::string& name) {
   unsigned char random[8];
   // Uniqueness is wanted, not secrecy: the file is created exclusively.
   if (RAND_bytes(random, sizeof random) != 1) std::memset(random, 0, sizeof random);
-  std::string suffix = ".new-";
-  constexpr char kDigits[] = "0123456789abcdef";
-  for (unsigned char byte : random) {
-    suffix += kDigits[byte >> 4U];
-    suffix += kDigits[byte & 15U];
-  }
-  return name + suffix;
+  return name + ".new-" + hexadecimal(random);
 }
 
 }  // namespace zel::sys

@@ -1,29 +1,18 @@
 #include "engine/km/token/inventory.h"
 
-#include <openssl/sha.h>
-
 #include <algorithm>
 #include <tuple>
 
-#include "engine/cms/certificates.h"
-#include "engine/cms/modified_utf8.h"
-#include "engine/km/token/numbered_labels.h"
+#include "engine/cms/keys.h"
+#include "engine/km/new_labels.h"
+#include "engine/km/numbered_labels.h"
+#include "engine/sys/hexadecimal.h"
 
 namespace zel::km::token {
 
 namespace {
 
 bool same(sys::ByteView left, sys::ByteView right) { return std::ranges::equal(left, right); }
-
-std::string hexadecimal(sys::ByteView bytes) {
-  static constexpr char kDigits[] = "0123456789ABCDEF";
-  std::string text;
-  for (const std::uint8_t byte : bytes) {
-    text += kDigits[byte >> 4U];
-    text += kDigits[byte & 0xFU];
-  }
-  return text;
-}
 
 /** Tells whether a certificate can be for a key of that type. */
 bool fitsType(CK_ULONG keyType, sys::ByteView publicKeyInfo) {
@@ -43,29 +32,12 @@ bool fitsType(CK_ULONG keyType, sys::ByteView publicKeyInfo) {
 std::string labelOf(const CertificateObject& certificate, const PrivateKeyObject* key) {
   if (!certificate.label.empty()) return certificate.label;
   if (key != nullptr && !key->label.empty()) return key->label;
-  sys::Result<cms::CertificateFields> fields = cms::readCertificate(certificate.der);
-  if (fields && !fields.value().subject.cn.value_or("").empty()) return *fields.value().subject.cn;
-  std::uint8_t thumbprint[SHA_DIGEST_LENGTH];
-  EVP_Digest(certificate.der.data(), certificate.der.size(), &thumbprint[0], nullptr, EVP_sha1(),
-             nullptr);
-  return hexadecimal(thumbprint);
+  return nameOfUnlabelled(certificate.der);
 }
 
 std::string labelOf(const PrivateKeyObject& key) {
   if (!key.label.empty()) return key.label;
-  return key.id.empty() ? "key" : hexadecimal(key.id);
-}
-
-/** Labels for the C interface: bounded, modified UTF-8, each of its own. */
-template <typename Entry>
-void numberLabels(std::vector<Entry>& entries) {
-  std::vector<std::string> labels;
-  labels.reserve(entries.size());
-  for (const Entry& entry : entries) {
-    labels.push_back(boundedLabel(cms::toModifiedUtf8(entry.label)));
-  }
-  labels = numberedLabels(std::move(labels));
-  for (std::size_t at = 0; at < entries.size(); ++at) entries[at].label = labels[at];
+  return key.id.empty() ? "key" : sys::hexadecimal(key.id);
 }
 
 template <typename Entry>
@@ -117,7 +89,7 @@ void Inventory::enterCertificates() {
     return std::tie(left.label, left.certificate->publicKey, left.certificate->der) <
            std::tie(right.label, right.certificate->publicKey, right.certificate->der);
   });
-  numberLabels(certificates_);
+  makeLabels(certificates_);
 }
 
 void Inventory::enterRequests(const Handles& unclaimed) {
@@ -142,7 +114,7 @@ void Inventory::enterRequests(const Handles& unclaimed) {
     return tieBreaker(left) < tieBreaker(right);
   };
   std::ranges::sort(requests_, precedes);
-  numberLabels(requests_);
+  makeLabels(requests_);
 }
 
 /**

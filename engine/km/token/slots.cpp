@@ -5,9 +5,9 @@
 #include <tuple>
 
 #include "engine/cms/modified_utf8.h"
+#include "engine/km/numbered_labels.h"
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/module.h"
-#include "engine/km/token/numbered_labels.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {

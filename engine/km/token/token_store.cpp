@@ -7,6 +7,7 @@
 #include "engine/cms/requests.h"
 #include "engine/km/crypto_mode.h"
 #include "engine/km/handle_table.h"
+#include "engine/km/key_material.h"
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_signing.h"
 #include "engine/sys/trace.h"
@@ -298,11 +299,7 @@ sys::Result<GeneratedKey> TokenStore::generateKey(int keySize) {
 
 sys::Result<sys::Bytes> TokenStore::sign(const PrivateKey& key, SigningDigest digest,
                                          sys::ByteView message) {
-  if (!key.pkcs8.empty()) {
-    sys::Result<cms::KeyPtr> atHand = cms::readPrivateKey(key.pkcs8);
-    if (!atHand) return atHand.failure();
-    return cms::signMessage(*atHand.value(), digest, message);
-  }
+  if (!key.pkcs8.empty()) return signWith(key, digest, message);
   sys::Result<Inventory> all = inventory();
   if (!all) return all.failure();
   const PrivateKeyObject* onToken = all.value().privateKey(EntryWriter::referredTo(key.reference));

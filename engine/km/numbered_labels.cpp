@@ -1,10 +1,11 @@
-#include "engine/km/token/numbered_labels.h"
+#include "engine/km/numbered_labels.h"
 
 #include <set>
 
+#include "engine/cms/modified_utf8.h"
 #include "engine/km/store.h"
 
-namespace zel::km::token {
+namespace zel::km {
 
 namespace {
 
@@ -38,6 +39,13 @@ std::vector<std::string> numberedLabels(std::vector<std::string> labels) {
   return labels;
 }
 
+std::vector<std::string> labelsOfNames(const std::vector<std::string>& names) {
+  std::vector<std::string> labels;
+  labels.reserve(names.size());
+  for (const std::string& name : names) labels.push_back(boundedLabel(cms::toModifiedUtf8(name)));
+  return numberedLabels(std::move(labels));
+}
+
 std::string boundedLabel(std::string_view label) { return cutTo(label, kLongestLabel); }
 
-}  // namespace zel::km::token
+}  // namespace zel::km
