@@ -27,12 +27,15 @@ struct Pkcs12Entry {
   bool trusted = false;                 /**< of a certificate alone: an authority to be trusted */
 };
 
-/** Iterations of the key derivations and of the integrity check. */
-inline constexpr int kPkcs12Iterations = 100'000;
+/** How keys and certificates are encrypted. The whole is protected by HMAC-SHA-256 either way. */
+enum class Pkcs12Encryption {
+  strong,  /**< PBES2 (PBKDF2-HMAC-SHA-256, AES-256-CBC), 100,000 iterations */
+  readable /**< pbeWithSHAAnd3-KeyTripleDES-CBC, 2,000 iterations: every program reads it. For files
+                without a password, which nothing protects but their mode. */
+};
 
 /**
- * writePkcs12 answers a PKCS #12 file under the password (real UTF-8). Keys and certificates are
- * encrypted with PBES2 (PBKDF2-HMAC-SHA-256, AES-256-CBC), the whole is protected by HMAC-SHA-256.
+ * writePkcs12 answers a PKCS #12 file under the password (real UTF-8).
  *
  * Each entry's certificate carries its friendly name, and with a key the local key identifier that
  * joins the two. An issuer that is no entry itself follows without a name. A trusted certificate
@@ -40,8 +43,9 @@ inline constexpr int kPkcs12Iterations = 100'000;
  *
  * ZELKM_ERR_ASN when a certificate is none, ZELKM_ERR_CRYPTO when the encryption fails.
  */
-ZEL_CMS_API sys::Result<sys::Bytes> writePkcs12(const std::vector<Pkcs12Entry>& entries,
-                                                sys::ByteView password);
+ZEL_CMS_API sys::Result<sys::Bytes> writePkcs12(
+    const std::vector<Pkcs12Entry>& entries, sys::ByteView password,
+    Pkcs12Encryption encryption = Pkcs12Encryption::strong);
 
 /**
  * readPkcs12 answers the keys of a PKCS #12 file with their certificates, then the certificates

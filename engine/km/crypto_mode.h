@@ -7,7 +7,8 @@
 /**
  * @file
  * Approved (FIPS 140) algorithms: whether this process keeps to them, and which they are. Every
- * file format of the library uses none but approved algorithms in any mode.
+ * file format of the library uses none but approved algorithms in any mode, certificate stores
+ * excepted: those are written for programs that know older ones only, unless the mode forbids it.
  */
 
 namespace zel::km {

@@ -14,8 +14,9 @@ class Pkcs12Files : public testing::Test {
             .chain = {leafCertificate_, root_.certificate()}};
   }
 
-  void write(const std::vector<Pkcs12Entry>& entries, std::string_view password = "secret") {
-    const sys::Result<sys::Bytes> file = writePkcs12(entries, text(password));
+  void write(const std::vector<Pkcs12Entry>& entries, std::string_view password = "secret",
+             Pkcs12Encryption encryption = Pkcs12Encryption::strong) {
+    const sys::Result<sys::Bytes> file = writePkcs12(entries, text(password), encryption);
     ASSERT_TRUE(file);
     folder_.write("file.p12", file.value());
   }
@@ -27,6 +28,16 @@ class Pkcs12Files : public testing::Test {
   CommandResult keytool() {
     return run("keytool -list -v -storetype PKCS12 -storepass secret -keystore " +
                folder_.path("file.p12"));
+  }
+
+  void expectTheKey(const std::string& password) {
+    ASSERT_EQ(openssl("-nocerts -out " + folder_.path("key.pem"), password).exitCode, 0);
+    ASSERT_EQ(run("openssl pkcs8 -topk8 -nocrypt -outform DER -in " + folder_.path("key.pem") +
+                  " -out " + folder_.path("key"))
+                  .exitCode,
+              0);
+    const sys::SecretBytes key = privateKeyInfo(leaf_.key()).value();
+    EXPECT_EQ(folder_.read("key"), sys::Bytes(key.begin(), key.end()));
   }
 
   static int count(const std::string& text, const std::string& part) {
@@ -56,15 +67,20 @@ TEST_F(Pkcs12Files, AreReadByOpenSsl) {
             2);
 }
 
+TEST_F(Pkcs12Files, MayBeEncryptedAsEveryProgramReadsThem) {
+  write({leafEntry("server key")}, "", Pkcs12Encryption::readable);
+  const CommandResult shown = openssl("-info", "");
+  EXPECT_EQ(shown.exitCode, 0) << shown.output;
+  EXPECT_EQ(count(shown.output, "MAC: sha256, Iteration 2000"), 1) << shown.output;
+  EXPECT_EQ(count(shown.output, "pbeWithSHA1And3-KeyTripleDES-CBC, Iteration 2000"), 2);
+  EXPECT_EQ(count(shown.output, "friendlyName: server key"), 2);
+  EXPECT_EQ(count(shown.output, "localKeyID: 00 00 00 01"), 2);
+  expectTheKey("");
+}
+
 TEST_F(Pkcs12Files, HoldTheKeyThatWasGiven) {
   write({leafEntry("server")});
-  ASSERT_EQ(openssl("-nocerts -out " + folder_.path("key.pem")).exitCode, 0);
-  ASSERT_EQ(run("openssl pkcs8 -topk8 -nocrypt -outform DER -in " + folder_.path("key.pem") +
-                " -out " + folder_.path("key"))
-                .exitCode,
-            0);
-  const sys::SecretBytes key = privateKeyInfo(leaf_.key()).value();
-  EXPECT_EQ(folder_.read("key"), sys::Bytes(key.begin(), key.end()));
+  expectTheKey("secret");
 }
 
 TEST_F(Pkcs12Files, OpenWithTheirPasswordOnly) {
