@@ -32,17 +32,21 @@ final class ObjectTree {
         visit(array[i]);
       }
     } else if (isOurs(object) && objects.add(object)) {
-      visitFields(object);
+      visitFields(object, object.getClass());
     }
   }
 
-  private void visitFields(Object object) throws IllegalAccessException {
-    for (Field field : object.getClass().getDeclaredFields()) {
+  private void visitFields(Object object, Class<?> type) throws IllegalAccessException {
+    if (type == Object.class) {
+      return;
+    }
+    for (Field field : type.getDeclaredFields()) {
       if (!Modifier.isStatic(field.getModifiers())) {
         field.setAccessible(true);
         visit(field.get(object));
       }
     }
+    visitFields(object, type.getSuperclass());
   }
 
   private static boolean isOurs(Object object) {
