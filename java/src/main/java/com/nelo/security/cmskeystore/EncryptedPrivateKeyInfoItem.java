@@ -1,34 +1,15 @@
 package com.nelo.security.cmskeystore;
 
-/**
- * A private key encrypted under a password: the EncryptedPrivateKeyInfo of PKCS&nbsp;#8 (RFC&nbsp;5958,
- * section 3).
- *
- * <p>{@link javax.crypto.EncryptedPrivateKeyInfo} reads {@link #der()} as it stands.
- */
-public final class EncryptedPrivateKeyInfoItem {
-  private final byte[] der;
+import com.nelo.zel.vosmar.item.AbstractEncryptedPrivateKeyInfoItem;
 
+/** A private key encrypted under a password. */
+public final class EncryptedPrivateKeyInfoItem extends AbstractEncryptedPrivateKeyInfoItem {
   /**
    * Makes an item over a copy of the bytes.
    *
    * @param der a DER EncryptedPrivateKeyInfo
    */
   public EncryptedPrivateKeyInfoItem(byte[] der) {
-    this.der = der.clone();
-  }
-
-  /**
-   * The encoding.
-   *
-   * @return a copy, the caller's own
-   */
-  public byte[] der() {
-    return der.clone();
-  }
-
-  @Override
-  public String toString() {
-    return "EncryptedPrivateKeyInfoItem[" + der.length + " bytes]";
+    super(der);
   }
 }
