@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.basic;
 
+import com.nelo.zel.vosmar.item.AbstractDNItem;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Locale;
@@ -21,7 +22,7 @@ import javax.security.auth.x500.X500Principal;
  * <p>A name that the native library read from a certificate may have further attributes: {@link
  * #optionalFields()}, and whole in {@link #der()}.
  */
-public final class DNItem {
+public final class DNItem extends AbstractDNItem {
   /** Attributes that the Java platform would print as numbers, and their usual names. */
   private static final Map<String, String> ATTRIBUTE_NAMES =
       Map.of(
@@ -31,17 +32,6 @@ public final class DNItem {
           "2.5.4.42", "GN",
           "2.5.4.12", "title",
           "1.2.840.113549.1.9.1", "emailAddress");
-
-  // The native library reads these seven fields by name.
-  private final String cn;
-  private final String ou;
-  private final String o;
-  private final String l;
-  private final String s;
-  private final String pc;
-  private final String c;
-  private final byte[] der;
-  private final List<String> optionalFields = new ArrayList<>();
 
   private DNItem(
       String cn,
@@ -53,19 +43,7 @@ public final class DNItem {
       String c,
       String alwaysNull,
       byte[] der) {
-    this.cn = cn;
-    this.ou = ou;
-    this.o = o;
-    this.l = l;
-    this.s = s;
-    this.pc = pc;
-    this.c = c;
-    this.der = der;
-  }
-
-  /** Called by the native library right after the constructor, once for each further attribute. */
-  private void addOptionalField(String field) {
-    optionalFields.add(field);
+    super(cn, ou, o, l, s, pc, c, der);
   }
 
   /**
@@ -101,103 +79,23 @@ public final class DNItem {
   }
 
   /**
-   * The common name.
-   *
-   * @return its text, or null
-   */
-  public String commonName() {
-    return cn;
-  }
-
-  /**
-   * The organisational unit.
-   *
-   * @return its text, or null
-   */
-  public String organisationalUnit() {
-    return ou;
-  }
-
-  /**
-   * The organisation.
-   *
-   * @return its text, or null
-   */
-  public String organisation() {
-    return o;
-  }
-
-  /**
-   * The locality.
-   *
-   * @return its text, or null
-   */
-  public String locality() {
-    return l;
-  }
-
-  /**
-   * The state or province.
-   *
-   * @return its text, or null
-   */
-  public String state() {
-    return s;
-  }
-
-  /**
-   * The postal code.
-   *
-   * @return its text, or null
-   */
-  public String postalCode() {
-    return pc;
-  }
-
-  /**
-   * The country.
-   *
-   * @return a two-letter code of ISO&nbsp;3166, or null
-   */
-  public String country() {
-    return c;
-  }
-
-  /**
-   * Further attributes that the native library found.
-   *
-   * @return their texts; empty for a name made in Java
-   */
-  public List<String> optionalFields() {
-    return List.copyOf(optionalFields);
-  }
-
-  /**
-   * The encoding of a name that the native library read.
-   *
-   * @return a copy of the DER Name; empty for a name made in Java
-   */
-  public byte[] der() {
-    return der.clone();
-  }
-
-  /**
    * The name in the text form of RFC&nbsp;4514, with all its attributes; those of a name made in Java
    * in the order in which the native library encodes them.
    */
   @Override
   public String toString() {
+    byte[] der = der();
     if (der.length > 0) {
       return new X500Principal(der).getName(X500Principal.RFC2253, ATTRIBUTE_NAMES);
     }
     List<String> parts = new ArrayList<>();
-    addPart(parts, "CN", cn);
-    addPart(parts, "OU", ou);
-    addPart(parts, "O", o);
-    addPart(parts, "postalCode", pc);
-    addPart(parts, "L", l);
-    addPart(parts, "ST", s);
-    addPart(parts, "C", c);
+    addPart(parts, "CN", commonName());
+    addPart(parts, "OU", organisationalUnit());
+    addPart(parts, "O", organisation());
+    addPart(parts, "postalCode", postalCode());
+    addPart(parts, "L", locality());
+    addPart(parts, "ST", state());
+    addPart(parts, "C", country());
     return String.join(",", parts);
   }
 
