@@ -1,16 +1,10 @@
 package com.nelo.zel.vosmar.basic;
 
+import com.nelo.zel.vosmar.item.AbstractSignedItem;
+
 /** A certificate request (PKCS&nbsp;#10, RFC&nbsp;2986). Built by the native library only. */
-public final class CertificateRequestItem {
-  private final int keySize;
-  private final DNItem subject;
-  private final BERObject subjectPublicKeyInfo;
+public final class CertificateRequestItem extends AbstractSignedItem<DNItem, BERObject> {
   private final BERObject attributes;
-  private final byte[] signature;
-  private final BERObject signatureAlgorithm;
-  private final String signatureAlgorithmOid;
-  private final String signatureAlgorithmName;
-  private final byte[] der;
   private final byte[] requestInfoDer;
 
   private CertificateRequestItem(
@@ -24,43 +18,17 @@ public final class CertificateRequestItem {
       String signatureAlgorithmName,
       byte[] der,
       byte[] requestInfoDer) {
-    this.keySize = keySize;
-    this.subject = subject;
-    this.subjectPublicKeyInfo = subjectPublicKeyInfo;
+    super(
+        keySize,
+        subject,
+        subjectPublicKeyInfo,
+        signature,
+        signatureAlgorithm,
+        signatureAlgorithmOid,
+        signatureAlgorithmName,
+        der);
     this.attributes = attributes;
-    this.signature = signature;
-    this.signatureAlgorithm = signatureAlgorithm;
-    this.signatureAlgorithmOid = signatureAlgorithmOid;
-    this.signatureAlgorithmName = signatureAlgorithmName;
-    this.der = der;
     this.requestInfoDer = requestInfoDer;
-  }
-
-  /**
-   * The size of the requested key.
-   *
-   * @return bits
-   */
-  public int keySize() {
-    return keySize;
-  }
-
-  /**
-   * Whom the certificate shall name.
-   *
-   * @return the subject
-   */
-  public DNItem subject() {
-    return subject;
-  }
-
-  /**
-   * The public key.
-   *
-   * @return a SubjectPublicKeyInfo
-   */
-  public BERObject subjectPublicKeyInfo() {
-    return subjectPublicKeyInfo;
   }
 
   /**
@@ -70,51 +38,6 @@ public final class CertificateRequestItem {
    */
   public BERObject attributes() {
     return attributes;
-  }
-
-  /**
-   * The requester's signature.
-   *
-   * @return a copy of its bytes
-   */
-  public byte[] signature() {
-    return signature.clone();
-  }
-
-  /**
-   * How the request is signed.
-   *
-   * @return an AlgorithmIdentifier
-   */
-  public BERObject signatureAlgorithm() {
-    return signatureAlgorithm;
-  }
-
-  /**
-   * How the request is signed, as an object identifier.
-   *
-   * @return dotted numbers
-   */
-  public String signatureAlgorithmOid() {
-    return signatureAlgorithmOid;
-  }
-
-  /**
-   * How the request is signed, as a name.
-   *
-   * @return the algorithm's short name
-   */
-  public String signatureAlgorithmName() {
-    return signatureAlgorithmName;
-  }
-
-  /**
-   * The whole request.
-   *
-   * @return a copy of its DER bytes
-   */
-  public byte[] der() {
-    return der.clone();
   }
 
   /**
@@ -128,6 +51,6 @@ public final class CertificateRequestItem {
 
   @Override
   public String toString() {
-    return "CertificateRequestItem[" + subject + "]";
+    return "CertificateRequestItem[" + subject() + "]";
   }
 }
