@@ -2,7 +2,7 @@
 
 #include "engine/cms/pem.h"
 #include "engine/km/arguments.h"
-#include "engine/sys/files.h"
+#include "engine/km/output_files.h"
 
 namespace zel::km {
 
@@ -11,7 +11,7 @@ namespace {
 sys::Status writePublicFile(const char* fileName, sys::ByteView content) {
   const sys::Result<std::string> name = fileNameArgument(fileName);
   if (!name) return name.failure();
-  return sys::writeFile(name.value(), content, sys::FileAccess::everybody);
+  return writeOutput(name.value(), content, sys::FileAccess::everybody);
 }
 
 sys::Status writePemFile(const char* fileName, const char* armour, sys::ByteView der) {

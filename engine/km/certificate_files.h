@@ -20,7 +20,7 @@ inline CertificateFormat formatOfFlag(unsigned char isBase64) {
 
 /**
  * writeCertificateFile writes a certificate, DER or in PEM armour, in the place of the file that
- * has the name (modified UTF-8). The codes of fileNameArgument and sys::writeFile.
+ * has the name (modified UTF-8). The codes of fileNameArgument and writeOutput.
  */
 sys::Status writeCertificateFile(const char* fileName, sys::ByteView certificate,
                                  CertificateFormat format);

@@ -3,9 +3,11 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/keys.h"
+#include "engine/km/arguments.h"
 #include "engine/km/crypto_mode.h"
 #include "engine/km/handle_table.h"
 #include "engine/km/operation.h"
+#include "engine/km/output_files.h"
 #include "engine/km/password_cache.h"
 #include "engine/sys/trace.h"
 
@@ -45,7 +47,12 @@ int ZELKM_CleanAll() {
 int ZELKM_StartTrace(const char* componentTag, const char* traceFileName, int64_t firstSetting,
                      int64_t secondSetting) {
   return answering(__func__, [&]() -> sys::Status {
-    return sys::startTrace(componentTag, traceFileName, {firstSetting, secondSetting});
+    if (traceFileName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    const sys::Result<std::string> name = fileNameArgument(traceFileName);
+    if (!name) return name.failure();
+    sys::Status free = checkIsNoKeyDatabase(name.value());
+    if (!free) return free;
+    return sys::startTrace(componentTag, name.value().c_str(), {firstSetting, secondSetting});
   });
 }
 

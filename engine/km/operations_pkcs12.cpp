@@ -8,7 +8,7 @@
 #include "engine/km/certificate_chain.h"
 #include "engine/km/entry_arguments.h"
 #include "engine/km/operation.h"
-#include "engine/sys/files.h"
+#include "engine/km/output_files.h"
 
 // PKCS #12 files out of a store.
 
@@ -78,6 +78,6 @@ int ZELKM_ExportKeys(int handle, int exportType, const char* pfxFileName, const 
     }
     const sys::Result<sys::Bytes> pfx = cms::writePkcs12(entries, password.value());
     if (!pfx) return pfx.failure();
-    return sys::writeFile(fileName.value(), pfx.value(), sys::FileAccess::ownerOnly);
+    return writeOutput(fileName.value(), pfx.value(), sys::FileAccess::ownerOnly);
   });
 }

@@ -68,12 +68,18 @@ sys::Status createSchema(Connection& connection) {
   return connection.execute(statements.c_str(), Access::write);
 }
 
-sys::Status checkSchema(Connection& connection) {
+sys::Status checkApplication(Connection& connection) {
   sys::Result<std::int64_t> application = connection.number("PRAGMA application_id");
   if (!application) return application.failure();
   if (application.value() != kApplicationId) {
     return sys::fail(ZELKM_ERR_DATABASE_INVALID_FILE_TYPE, "an SQLite file, but no key database");
   }
+  return sys::success();
+}
+
+sys::Status checkSchema(Connection& connection) {
+  sys::Status ours = checkApplication(connection);
+  if (!ours) return ours;
   sys::Result<std::int64_t> version = connection.number("PRAGMA user_version");
   if (!version) return version.failure();
   if (version.value() != kVersion) {

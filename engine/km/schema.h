@@ -15,6 +15,9 @@ namespace zel::km {
 /** createSchema makes the tables in an empty file. */
 sys::Status createSchema(Connection& connection);
 
+/** ZELKM_ERR_DATABASE_INVALID_FILE_TYPE (17) unless the file is a key database, of any version. */
+sys::Status checkApplication(Connection& connection);
+
 /**
  * checkSchema finds out whether the file is a key database of this version:
  *  - ZELKM_ERR_DATABASE_INVALID_FILE_TYPE (17): a file of something else.

@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "engine/km/output_files.h"
 #include "engine/km/sealing.h"
 #include "engine/sys/files.h"
 #include "engine/sys/trace.h"
@@ -50,7 +51,7 @@ sys::Status writeStash(const std::string& databaseName, sys::ByteView salt,
   sys::Status sealed =
       sealInto(std::span(file).subspan(kMagic.size()), key.value(), sys::bytesOf(kMagic), password);
   if (!sealed) return sealed;
-  return sys::writeFile(stashNameOf(databaseName), file, sys::FileAccess::ownerOnly);
+  return writeOutput(stashNameOf(databaseName), file, sys::FileAccess::ownerOnly);
 }
 
 sys::Result<sys::SecretBytes> readStash(const std::string& databaseName, sys::ByteView salt) {
