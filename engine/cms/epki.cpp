@@ -102,14 +102,15 @@ bool isEncryptedPrivateKey(sys::ByteView der) {
 sys::Result<sys::SecretBytes> decryptPrivateKey(sys::ByteView epki, sys::ByteView password) {
   const X509SigPtr decoded = decodeDer<X509SigPtr>(d2i_X509_SIG, epki);
   if (!decoded) return cryptoFailure(ZELKM_ERR_DATABASE_KEY_INTEGRITY, "read an encrypted key");
-  return decryptPrivateKey(*decoded, pbePassword(password));
+  PbeDecryption decryption(pbePassword(password));
+  return decryptPrivateKey(*decoded, decryption);
 }
 
-sys::Result<sys::SecretBytes> decryptPrivateKey(const X509_SIG& epki, PbePassword password) {
+sys::Result<sys::SecretBytes> decryptPrivateKey(const X509_SIG& epki, PbeDecryption& decryption) {
   const X509_ALGOR* algorithm = nullptr;
   const ASN1_OCTET_STRING* cipherText = nullptr;
   X509_SIG_get0(&epki, &algorithm, &cipherText);
-  sys::Result<sys::SecretBytes> plain = decryptPbe(*algorithm, viewOf(cipherText), password);
+  sys::Result<sys::SecretBytes> plain = decryption.decrypt(*algorithm, viewOf(cipherText));
   if (!plain) return plain;
 
   sys::SecretBytes& key = plain.value();

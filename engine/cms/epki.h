@@ -66,8 +66,8 @@ ZEL_CMS_API bool isEncryptedPrivateKey(sys::ByteView der);
 ZEL_CMS_API sys::Result<sys::SecretBytes> decryptPrivateKey(sys::ByteView epki,
                                                             sys::ByteView password);
 
-/** The same for a decoded EncryptedPrivateKeyInfo. */
-sys::Result<sys::SecretBytes> decryptPrivateKey(const X509_SIG& epki, PbePassword password);
+/** The same for a decoded EncryptedPrivateKeyInfo, and possibly several under one password. */
+sys::Result<sys::SecretBytes> decryptPrivateKey(const X509_SIG& epki, PbeDecryption& decryption);
 
 }  // namespace zel::cms
 

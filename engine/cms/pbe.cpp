@@ -71,15 +71,8 @@ bool isCostlyScrypt(const X509_ALGOR& algorithm) {
   return false;
 }
 
-}  // namespace
-
-PbePassword pbePassword(sys::ByteView password) {
-  if (password.empty()) return {"", 0};
-  return {reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size())};
-}
-
-sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteView cipherText,
-                                         PbePassword password) {
+/** A context with the key of the password set. ZELKM_ERR_PBE_ALG_UNSUPPORT. */
+sys::Result<CipherContextPtr> derive(const X509_ALGOR& algorithm, PbePassword password) {
   if (iterationsOf(algorithm) > kMaxIterations) {
     return sys::fail(ZELKM_ERR_PBE_ALG_UNSUPPORT, "more than %lld iterations are not tried",
                      static_cast<long long>(kMaxIterations));
@@ -88,22 +81,76 @@ sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteV
     ERR_clear_error();
     return sys::fail(ZELKM_ERR_PBE_ALG_UNSUPPORT, "scrypt at such a cost is not tried");
   }
-  const CipherContextPtr context(EVP_CIPHER_CTX_new());
+  CipherContextPtr context(EVP_CIPHER_CTX_new());
   if (!context) return cryptoFailure(ZELKM_ERR_MEMORY_ALLOCATE, "decrypt");
   if (EVP_PBE_CipherInit_ex(algorithm.algorithm, password.text, password.length,
                             algorithm.parameter, context.get(), 0, legacyCryptoContext(),
                             nullptr) != 1) {
     return cryptoFailure(ZELKM_ERR_PBE_ALG_UNSUPPORT, "set up a decryption");
   }
-  EVP_CIPHER_CTX_set_padding(context.get(), 0);
+  return context;
+}
 
-  const auto blockSize = static_cast<std::size_t>(EVP_CIPHER_CTX_get_block_size(context.get()));
+/**
+ * What a key is derived for: all of the parameters but the initialisation vector. Empty when they
+ * are not of PBES2, or of a cipher that wants more than the vector.
+ */
+sys::Bytes derivationOf(const X509_ALGOR& algorithm) {
+  if (OBJ_obj2nid(algorithm.algorithm) != NID_pbes2) return {};
+  const auto pbes2 = unpack<Pbes2Ptr>(algorithm.parameter, ASN1_ITEM_rptr(PBE2PARAM));
+  if (!pbes2 || ASN1_TYPE_get(pbes2->encryption->parameter) != V_ASN1_OCTET_STRING) return {};
+  sys::Bytes derivation = encodeDer(i2d_X509_ALGOR, pbes2->keyfunc);
+  const sys::Bytes cipher = encodeDer(i2d_ASN1_OBJECT, pbes2->encryption->algorithm);
+  derivation.insert(derivation.end(), cipher.begin(), cipher.end());
+  return derivation;
+}
+
+/** The context of a key that was derived before, with the initialisation vector of another use. */
+CipherContextPtr usedAgain(const EVP_CIPHER_CTX& derived, const X509_ALGOR& algorithm) {
+  const auto pbes2 = unpack<Pbes2Ptr>(algorithm.parameter, ASN1_ITEM_rptr(PBE2PARAM));
+  CipherContextPtr context(EVP_CIPHER_CTX_new());
+  if (!pbes2 || !context || EVP_CIPHER_CTX_copy(context.get(), &derived) != 1 ||
+      EVP_CIPHER_asn1_to_param(context.get(), pbes2->encryption->parameter) <= 0) {
+    return nullptr;
+  }
+  return context;
+}
+
+}  // namespace
+
+PbePassword pbePassword(sys::ByteView password) {
+  if (password.empty()) return {"", 0};
+  return {reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size())};
+}
+
+sys::Result<CipherContextPtr> PbeDecryption::contextFor(const X509_ALGOR& algorithm) {
+  const sys::Bytes derivation = derivationOf(algorithm);
+  if (derivation.empty()) return derive(algorithm, password_);
+  auto known = derived_.find(derivation);
+  if (known == derived_.end()) {
+    sys::Result<CipherContextPtr> derived = derive(algorithm, password_);
+    if (!derived) return derived;
+    known = derived_.emplace(derivation, std::move(derived).value()).first;
+  }
+  CipherContextPtr context = usedAgain(*known->second, algorithm);
+  if (!context) return cryptoFailure(ZELKM_ERR_PBE_ALG_UNSUPPORT, "set up a decryption");
+  return context;
+}
+
+sys::Result<sys::SecretBytes> PbeDecryption::decrypt(const X509_ALGOR& algorithm,
+                                                     sys::ByteView cipherText) {
+  const sys::Result<CipherContextPtr> prepared = contextFor(algorithm);
+  if (!prepared) return prepared.failure();
+  EVP_CIPHER_CTX* context = prepared.value().get();
+  EVP_CIPHER_CTX_set_padding(context, 0);
+
+  const auto blockSize = static_cast<std::size_t>(EVP_CIPHER_CTX_get_block_size(context));
   if (cipherText.empty() || cipherText.size() % blockSize != 0) {
     return sys::fail(ZELKM_ERR_DATABASE_KEY_INTEGRITY, "a ciphertext is cut off");
   }
   sys::SecretBytes plain(cipherText.size());
   int length = 0;
-  if (EVP_DecryptUpdate(context.get(), plain.data(), &length, cipherText.data(),
+  if (EVP_DecryptUpdate(context, plain.data(), &length, cipherText.data(),
                         static_cast<int>(cipherText.size())) != 1) {
     return cryptoFailure(ZELKM_ERR_CRYPTO, "decrypt");
   }

@@ -2,6 +2,7 @@
 #define ZEL_CMS_PBE_H_
 
 #include <cstdint>
+#include <map>
 
 #include "engine/cms/openssl_ptr.h"
 #include "engine/sys/bytes.h"
@@ -35,14 +36,30 @@ struct PbePassword {
 PbePassword pbePassword(sys::ByteView password);
 
 /**
- * decryptPbe decrypts and leaves the padding where it is: looking at it tells a wrong password too
- * badly, so the caller looks at the content.
- *
- *  - ZELKM_ERR_PBE_ALG_UNSUPPORT: an encryption that is not known, or that costs too much.
- *  - ZELKM_ERR_DATABASE_KEY_INTEGRITY: the ciphertext is not a number of whole blocks.
+ * Decrypts under one password. The derivation is the costly step, and what is encrypted with the
+ * same one (the keys of a PKCS #12 file often are) costs it once.
  */
-sys::Result<sys::SecretBytes> decryptPbe(const X509_ALGOR& algorithm, sys::ByteView cipherText,
-                                         PbePassword password);
+class PbeDecryption {
+ public:
+  /** The password is borrowed. */
+  explicit PbeDecryption(PbePassword password) : password_(password) {}
+
+  /**
+   * Decrypts and leaves the padding where it is: looking at it tells a wrong password too badly, so
+   * the caller looks at the content.
+   *
+   *  - ZELKM_ERR_PBE_ALG_UNSUPPORT: an encryption that is not known, or that costs too much.
+   *  - ZELKM_ERR_DATABASE_KEY_INTEGRITY: the ciphertext is not a number of whole blocks.
+   */
+  sys::Result<sys::SecretBytes> decrypt(const X509_ALGOR& algorithm, sys::ByteView cipherText);
+
+ private:
+  sys::Result<CipherContextPtr> contextFor(const X509_ALGOR& algorithm);
+
+  PbePassword password_;
+  std::map<sys::Bytes, CipherContextPtr>
+      derived_; /**< with the key set, by derivation and cipher */
+};
 
 /** Whether the bytes are the padding of RFC 8018, 6.1.1, or nothing. */
 bool isPadding(sys::ByteView rest);

@@ -1,43 +1,37 @@
 #include "engine/cms/pkcs12_bags.h"
 
 #include "engine/cms/epki.h"
-#include "engine/cms/pkcs12_attributes.h"
 #include "engine/sys/trace.h"
 
 namespace zel::cms {
 
 namespace {
 
-std::string friendlyNameOf(PKCS12_SAFEBAG& bag) {
-  char* name = PKCS12_get_friendlyname(&bag);
-  if (name == nullptr) return {};
-  std::string text = name;
-  OPENSSL_free(name);
-  return text;
-}
-
-bool hasTrustMark(const PKCS12_SAFEBAG& bag) {
-  const std::unique_ptr<ASN1_OBJECT, Releaser<ASN1_OBJECT_free>> mark(
-      OBJ_txt2obj(kPkcs12TrustedKeyUsage, 1));
-  return X509at_get_attr_by_OBJ(PKCS12_SAFEBAG_get0_attrs(&bag), mark.get(), -1) >= 0;
-}
-
-Pkcs12Attributes attributesOf(PKCS12_SAFEBAG& bag) {
-  Pkcs12Attributes attributes{friendlyNameOf(bag), {}, hasTrustMark(bag)};
-  const ASN1_TYPE* id = PKCS12_SAFEBAG_get0_attr(&bag, NID_localKeyID);
-  if (id != nullptr && id->type == V_ASN1_OCTET_STRING) {
-    const sys::ByteView bytes = viewOf(id->value.octet_string);
-    attributes.localKeyId.assign(bytes.begin(), bytes.end());
-  }
-  ERR_clear_error();
-  return attributes;
-}
-
 sys::Status addKey(PKCS12_SAFEBAG& bag, sys::Result<sys::SecretBytes> privateKeyInfo,
-                   Pkcs12Contents& contents) {
+                   std::vector<Pkcs12Key>& keys) {
   if (!privateKeyInfo) return privateKeyInfo.failure();
-  contents.keys.push_back({attributesOf(bag), std::move(privateKeyInfo).value()});
+  keys.push_back({attributesOf(bag), std::move(privateKeyInfo).value()});
   return sys::success();
+}
+
+sys::Status addShroudedKey(PKCS12_SAFEBAG& bag, const X509_SIG& key, PbeDecryption& decryption,
+                           std::vector<Pkcs12Key>& keys, bool& hasDecrypted) {
+  const sys::Status added = addKey(bag, decryptPrivateKey(key, decryption), keys);
+  if (added) hasDecrypted = true;
+  return added;
+}
+
+/** The key of a request is a secret of a key ring: an encrypted key, and the request beside it. */
+sys::Status addSecret(PKCS12_SAFEBAG& bag, PbeDecryption& decryption, Pkcs12Contents& contents) {
+  const ASN1_TYPE* secret = PKCS12_SAFEBAG_get0_bag_obj(&bag);
+  if (attributesOf(bag).request.empty() || secret == nullptr ||
+      secret->type != V_ASN1_OCTET_STRING) {
+    sys::traceLine("a PFX holds a secret that is no key of a request; it is passed over");
+    return sys::success();
+  }
+  const auto key = decodeDer<X509SigPtr>(d2i_X509_SIG, viewOf(secret->value.octet_string));
+  if (!key) return cryptoFailure(ZELKM_ERR_INVALID_PKCS12_DATA, "read the key of a request");
+  return addShroudedKey(bag, *key, decryption, contents.requestKeys, contents.hasDecrypted);
 }
 
 sys::Status addCertificate(PKCS12_SAFEBAG& bag, Pkcs12Contents& contents) {
@@ -48,23 +42,22 @@ sys::Status addCertificate(PKCS12_SAFEBAG& bag, Pkcs12Contents& contents) {
   return sys::success();
 }
 
-sys::Status addBag(PKCS12_SAFEBAG& bag, PbePassword password, Pkcs12Contents& contents) {
+sys::Status addBag(PKCS12_SAFEBAG& bag, PbeDecryption& decryption, Pkcs12Contents& contents) {
   switch (PKCS12_SAFEBAG_get_nid(&bag)) {
     case NID_keyBag:
       return addKey(
           bag,
           encodeDer<sys::SecretBytes>(i2d_PKCS8_PRIV_KEY_INFO, PKCS12_SAFEBAG_get0_p8inf(&bag)),
-          contents);
-    case NID_pkcs8ShroudedKeyBag: {
-      const sys::Status added =
-          addKey(bag, decryptPrivateKey(*PKCS12_SAFEBAG_get0_pkcs8(&bag), password), contents);
-      if (added) contents.hasDecrypted = true;
-      return added;
-    }
+          contents.keys);
+    case NID_pkcs8ShroudedKeyBag:
+      return addShroudedKey(bag, *PKCS12_SAFEBAG_get0_pkcs8(&bag), decryption, contents.keys,
+                            contents.hasDecrypted);
     case NID_certBag:
       return addCertificate(bag, contents);
+    case NID_secretBag:
+      return addSecret(bag, decryption, contents);
     case NID_safeContentsBag:
-      return addBags(*PKCS12_SAFEBAG_get0_safes(&bag), password, contents);
+      return addBags(*PKCS12_SAFEBAG_get0_safes(&bag), decryption, contents);
     default:
       sys::traceLine("a PFX holds what is neither key nor certificate; it is passed over");
       return sys::success();
@@ -73,10 +66,10 @@ sys::Status addBag(PKCS12_SAFEBAG& bag, PbePassword password, Pkcs12Contents& co
 
 }  // namespace
 
-sys::Status addBags(const STACK_OF(PKCS12_SAFEBAG) & bags, PbePassword password,
+sys::Status addBags(const STACK_OF(PKCS12_SAFEBAG) & bags, PbeDecryption& decryption,
                     Pkcs12Contents& contents) {
   for (int i = 0; i < sk_PKCS12_SAFEBAG_num(&bags); ++i) {
-    const sys::Status added = addBag(*sk_PKCS12_SAFEBAG_value(&bags, i), password, contents);
+    const sys::Status added = addBag(*sk_PKCS12_SAFEBAG_value(&bags, i), decryption, contents);
     if (!added) return added;
   }
   return sys::success();

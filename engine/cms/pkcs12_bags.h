@@ -1,11 +1,11 @@
 #ifndef ZEL_CMS_PKCS12_BAGS_H_
 #define ZEL_CMS_PKCS12_BAGS_H_
 
-#include <string>
 #include <vector>
 
 #include "engine/cms/openssl_ptr.h"
 #include "engine/cms/pbe.h"
+#include "engine/cms/pkcs12_attributes.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -15,13 +15,6 @@
  */
 
 namespace zel::cms {
-
-/** What may be said of any bag. */
-struct Pkcs12Attributes {
-  std::string friendlyName; /**< real UTF-8; empty when there is none */
-  sys::Bytes localKeyId;
-  bool trusted = false;
-};
 
 struct Pkcs12Key {
   Pkcs12Attributes attributes;
@@ -33,18 +26,19 @@ struct Pkcs12Certificate {
   sys::Bytes der;
 };
 
-/** The keys and certificates of a file, each in the order in which they stand. */
+/** The content of a file, each kind in the order in which it stands. */
 struct Pkcs12Contents {
   std::vector<Pkcs12Key> keys;
   std::vector<Pkcs12Certificate> certificates;
-  bool hasDecrypted = false; /**< the password has opened something */
+  std::vector<Pkcs12Key> requestKeys; /**< those that wait for their certificates, in a key ring */
+  bool hasDecrypted = false;          /**< the password has opened something */
 };
 
 /**
- * addBags takes the bags apart, those inside of bags too. Secrets and revocation lists are passed
- * over. The codes of decryptPrivateKey.
+ * addBags takes the bags apart, those inside of bags too. Revocation lists are passed over, and
+ * secrets that are no keys of requests. The codes of decryptPrivateKey.
  */
-sys::Status addBags(const STACK_OF(PKCS12_SAFEBAG) & bags, PbePassword password,
+sys::Status addBags(const STACK_OF(PKCS12_SAFEBAG) & bags, PbeDecryption& decryption,
                     Pkcs12Contents& contents);
 
 }  // namespace zel::cms

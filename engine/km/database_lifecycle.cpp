@@ -201,6 +201,18 @@ sys::Status fillNewFile(Connection& connection, const Parameters& parameters,
   return filled;
 }
 
+/** The store is closed again when this returns, so that the file can be given another name. */
+sys::Status fillWithEntries(const std::string& name, sys::ByteView password,
+                            const sys::SecretBytes& masterKey,
+                            const std::function<sys::Status(Store&)>& fill) {
+  sys::Result<Locked> locked = readLocked(name);
+  if (!locked) return locked.failure();
+  sys::Result<std::unique_ptr<Store>> store =
+      storeOf(Unlocked{std::move(locked.value()), {password.begin(), password.end()}, masterKey});
+  if (!store) return store.failure();
+  return store.value()->inTransaction([&] { return fill(*store.value()); });
+}
+
 }  // namespace
 
 sys::Result<Password> passwordOrStash(const char* password) {
@@ -237,7 +249,8 @@ sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
     made = fillNewFile(*connection.value(), parameters, masterKey);
     if (!made) return made.failure();
   }
-  made = draft.moveTo(name);
+  if (settings.fill) made = fillWithEntries(draft.name(), password, masterKey, settings.fill);
+  if (made) made = draft.moveTo(name);
   if (!made) return made.failure();
 
   sys::Result<Locked> locked = readLocked(name);

@@ -2,6 +2,7 @@
 #define ZEL_KM_DATABASE_LIFECYCLE_H_
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -38,6 +39,8 @@ sys::Result<Password> passwordOrStash(const char* password);
 struct NewDatabase {
   std::int64_t lifetime = 0; /**< of its password, in seconds; 0 for ever */
   bool approvedOnly = false;
+  /** Puts the first entries into it; when it fails there is no file. */
+  std::function<sys::Status(Store&)> fill = {};
 };
 
 /**

@@ -207,6 +207,10 @@ sys::Status KeyDatabase::inTransaction(const std::function<sys::Status()>& body)
   return writing([&](Connection&, Records&) { return body(); });
 }
 
+sys::Status KeyDatabase::inSnapshot(const std::function<sys::Status()>& body) {
+  return reading([&](Connection&, Records&) { return body(); });
+}
+
 sys::Result<GeneratedKey> KeyDatabase::generateKey(int keySize) {
   return generateKeyPair(keySize, approvedOnly());
 }

@@ -35,6 +35,7 @@ class KeyDatabase final : public Store {
   sys::Status setDefault(const std::string& label) override;
   sys::Status setTrusted(const std::string& label, bool trusted) override;
   sys::Status inTransaction(const std::function<sys::Status()>& body) override;
+  sys::Status inSnapshot(const std::function<sys::Status()>& body) override;
 
   sys::Result<GeneratedKey> generateKey(int keySize) override;
   sys::Result<sys::Bytes> sign(const PrivateKey& key, SigningDigest digest,

@@ -22,6 +22,10 @@ std::string nameOfUnlabelled(sys::ByteView certificate) {
   return cms::thumbprint(certificate);
 }
 
+sys::Result<std::string> wantedLabel(const std::string& name, sys::ByteView certificate) {
+  return name.empty() ? labelForCertificate(certificate) : cms::toModifiedUtf8(name);
+}
+
 sys::Result<std::string> freeKeyLabel(Store& store, const std::string& wanted) {
   std::string label = boundedLabel(wanted);
   const sys::Result<KeyEntry> holder = store.findKey(label);

@@ -23,6 +23,10 @@ sys::Result<std::string> labelForCertificate(sys::ByteView certificate);
 /** The name of a certificate that nobody labelled, in real UTF-8: common name, else thumbprint. */
 std::string nameOfUnlabelled(sys::ByteView certificate);
 
+/** The label that a named certificate wants: its name (real UTF-8), else one made from its subject.
+ */
+sys::Result<std::string> wantedLabel(const std::string& name, sys::ByteView certificate);
+
 /** The label, cut to what a label may be, and numbered when a key of the store has it. */
 sys::Result<std::string> freeKeyLabel(Store& store, const std::string& wanted);
 

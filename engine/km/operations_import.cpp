@@ -1,7 +1,6 @@
 #include <vector>
 
 #include "bridge/kmlib/zelkm.h"
-#include "engine/cms/modified_utf8.h"
 #include "engine/cms/pkcs12.h"
 #include "engine/km/arguments.h"
 #include "engine/km/issuer_entries.h"
@@ -18,12 +17,6 @@ namespace {
 
 constexpr std::size_t kMostPfxBytes = 256UL << 20;
 
-/** The label that an entry asks for: its friendly name, else one made from its subject. */
-sys::Result<std::string> wantedLabel(const cms::Pkcs12Entry& entry) {
-  if (entry.friendlyName.empty()) return labelForCertificate(entry.chain.front());
-  return cms::toModifiedUtf8(entry.friendlyName);
-}
-
 /** A certificate alone that the store has already is not taken twice; a key always is taken. */
 sys::Status addEntry(Store& store, cms::Pkcs12Entry& entry) {
   const sys::Bytes& certificate = entry.chain.front();
@@ -32,7 +25,7 @@ sys::Status addEntry(Store& store, cms::Pkcs12Entry& entry) {
     if (!isThere) return isThere.failure();
     if (isThere.value()) return sys::success();
   }
-  const sys::Result<std::string> wanted = wantedLabel(entry);
+  const sys::Result<std::string> wanted = wantedLabel(entry.friendlyName, certificate);
   if (!wanted) return wanted.failure();
   const sys::Result<std::string> label = freeKeyLabel(store, wanted.value());
   if (!label) return label.failure();

@@ -116,6 +116,12 @@ class Store {
   virtual sys::Status inTransaction(const std::function<sys::Status()>& body) = 0;
 
   /**
+   * Runs the body on the store as it is at one moment: what others change meanwhile it does not
+   * see. A store without transactions runs the body as it is.
+   */
+  virtual sys::Status inSnapshot(const std::function<sys::Status()>& body) { return body(); }
+
+  /**
    * Runs the body on the store that takes the certificates which come along with an entry: this
    * one, or the secondary key database of a token that was lent one.
    */

@@ -120,8 +120,9 @@ Status writeInto(const std::string& name, ByteView bytes) {
   return success();
 }
 
-Status replace(const std::string& name, ByteView bytes, FileAccess access, const mode_t* mode) {
-  Draft draft(temporaryName(name));
+/** Writes a file under a name of its own, to be given its final one; the mode may be null. */
+Status writeDraft(Draft& draft, const std::string& name, ByteView bytes, FileAccess access,
+                  const mode_t* mode) {
   Descriptor file(::open(draft.name().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                          modeOf(access)));
   if (!file) {
@@ -130,8 +131,16 @@ Status replace(const std::string& name, ByteView bytes, FileAccess access, const
     return failure;
   }
   if (access == FileAccess::everybody && mode != nullptr) (void)::fchmod(file.number(), *mode);
-  if (!writeAll(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close() ||
-      std::rename(draft.name().c_str(), name.c_str()) != 0) {
+  if (!writeAll(file.number(), bytes) || ::fsync(file.number()) != 0 || !file.close()) {
+    return fail(ZELKM_ERR_FILE_WRITE, "%s: %s", name.c_str(), std::strerror(errno));
+  }
+  return success();
+}
+
+Status replace(const std::string& name, ByteView bytes, FileAccess access, const mode_t* mode) {
+  Draft draft(temporaryName(name));
+  if (Status written = writeDraft(draft, name, bytes, access, mode); !written) return written;
+  if (std::rename(draft.name().c_str(), name.c_str()) != 0) {
     return fail(ZELKM_ERR_FILE_WRITE, "%s: %s", name.c_str(), std::strerror(errno));
   }
   draft.keep();
@@ -180,6 +189,15 @@ Status writeFile(const std::string& name, ByteView bytes, FileAccess access) {
   if (exists && !S_ISREG(status.st_mode)) return writeInto(name, bytes);
   const mode_t mode = status.st_mode & 0777U;
   return replace(behindLinks(name), bytes, access, exists ? &mode : nullptr);
+}
+
+Status writeNewFile(const std::string& name, ByteView bytes, FileAccess access) {
+  if (name.empty()) return Failure{ZELKM_ERR_FILENAME_NULL};
+  Draft draft(temporaryName(name));
+  if (Status written = writeDraft(draft, name, bytes, access, nullptr); !written) return written;
+  Status moved = moveToNewName(draft.name(), name);
+  if (moved) draft.keep();
+  return moved;
 }
 
 Status createFile(const std::string& name, FileAccess access) {

@@ -45,6 +45,12 @@ ZEL_SYS_API Result<SecretBytes> readOwnSecretFile(const std::string& name, std::
  */
 ZEL_SYS_API Status writeFile(const std::string& name, ByteView bytes, FileAccess access);
 
+/**
+ * writeNewFile is writeFile for a name that nothing has yet: the file has it only once it is whole.
+ * ZELKM_ERR_DATABASE_ALREADY_EXISTS (9) when the name is taken.
+ */
+ZEL_SYS_API Status writeNewFile(const std::string& name, ByteView bytes, FileAccess access);
+
 /** createFile makes an empty file. ZELKM_ERR_DATABASE_ALREADY_EXISTS (9) when there is one. */
 ZEL_SYS_API Status createFile(const std::string& name, FileAccess access);
 

@@ -23,6 +23,18 @@ Labels::Labels(std::initializer_list<const char*> labels) {
   }
 }
 
+std::vector<std::string> labelsOf(int handle, int (*listLabels)(int, ZELKMLabelList**)) {
+  ZELKMLabelList* list = nullptr;
+  EXPECT_EQ(listLabels(handle, &list), ZELKM_OK);
+  std::vector<std::string> labels;
+  for (const ZELKMLabelList* node = list; node != nullptr && node->label != nullptr;
+       node = node->next) {
+    labels.emplace_back(node->label);
+  }
+  ZELKM_FreeLabelList(list);
+  return labels;
+}
+
 namespace {
 
 /** The database of all tests, with the folder that it lies in. */
@@ -43,18 +55,6 @@ struct SharedDatabase {
 SharedDatabase& sharedDatabase(const char* password) {
   static SharedDatabase database(password);
   return database;
-}
-
-std::vector<std::string> labelsOf(int handle, int (*listLabels)(int, ZELKMLabelList**)) {
-  ZELKMLabelList* list = nullptr;
-  EXPECT_EQ(listLabels(handle, &list), ZELKM_OK);
-  std::vector<std::string> labels;
-  for (const ZELKMLabelList* node = list; node != nullptr && node->label != nullptr;
-       node = node->next) {
-    labels.emplace_back(node->label);
-  }
-  ZELKM_FreeLabelList(list);
-  return labels;
 }
 
 }  // namespace

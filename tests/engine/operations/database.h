@@ -41,6 +41,9 @@ inline sys::Bytes bytesOf(const unsigned char* bytes, std::uint32_t length) {
 /** A name as the bridge makes it; an empty text stays null. */
 Name name(const char* commonName, const char* organization = "", const char* country = "");
 
+/** The labels that an operation lists. */
+std::vector<std::string> labelsOf(int handle, int (*listLabels)(int, ZELKMLabelList**));
+
 /** A list of labels as the bridge makes it. */
 class Labels {
  public:

@@ -121,6 +121,19 @@ TEST_F(FilesTest, CreatesNoFileThatExists) {
             ZELKM_ERR_DATABASE_ALREADY_EXISTS);
 }
 
+TEST_F(FilesTest, WritesANewFileWhole) {
+  ASSERT_TRUE(writeNewFile(path("file"), bytes_, FileAccess::ownerOnly));
+  EXPECT_EQ(read(path("file")), bytes_);
+  EXPECT_EQ(modeOf(path("file")), 0600U);
+  EXPECT_EQ(writeNewFile(path("file"), Bytes{9}, FileAccess::ownerOnly).code(),
+            ZELKM_ERR_DATABASE_ALREADY_EXISTS);
+  EXPECT_EQ(read(path("file")), bytes_);
+  EXPECT_EQ(writeNewFile(path("none/file"), bytes_, FileAccess::ownerOnly).code(),
+            ZELKM_ERR_FILE_OPEN_NOT_EXIST);
+  EXPECT_EQ(writeNewFile("", bytes_, FileAccess::ownerOnly).code(), ZELKM_ERR_FILENAME_NULL);
+  EXPECT_EQ(filesThere(), 1U);
+}
+
 TEST_F(FilesTest, MovesToANewNameOnly) {
   folder_.write("draft", bytes_);
   folder_.write("taken", Bytes{9});
