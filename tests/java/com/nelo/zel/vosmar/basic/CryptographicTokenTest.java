@@ -17,7 +17,7 @@ import org.junit.jupiter.params.provider.CsvSource;
 class CryptographicTokenTest {
   private static final int PARAMETER_MISSING = 65;
   private static final int MODULE_NOT_LOADED = 140;
-  private static final Path NO_MODULE = Path.of("/nonexistent/module.so");
+  private static final String NO_MODULE = "/nonexistent/module.so";
 
   private CryptographicToken token;
 
@@ -25,7 +25,7 @@ class CryptographicTokenTest {
   void remembersAModuleThatIsNotThere() throws Exception {
     KMSystem.start();
     Constructor<CryptographicToken> constructor =
-        CryptographicToken.class.getDeclaredConstructor(Path.class, String.class, char[].class);
+        CryptographicToken.class.getDeclaredConstructor(String.class, String.class, char[].class);
     constructor.setAccessible(true);
     token = constructor.newInstance(NO_MODULE, "token", null);
   }

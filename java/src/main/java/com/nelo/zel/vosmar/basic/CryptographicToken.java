@@ -8,6 +8,9 @@ import java.util.List;
  * A PKCS#11 token, reached through the module that its maker delivers: personal keys with their
  * certificates, the certificates of signers, and pending requests, each under a label.
  *
+ * <p>A module is named by its file, or by the name that p11-kit's configuration has for it, such as
+ * {@code softhsm2}. Arguments that it wants when it is initialised follow after {@code ?args=}.
+ *
  * <p>An object of this class remembers a module, a token's label and its password. It keeps no session
  * open: each operation opens the token, works, and closes it. {@link #close()} wipes the password.
  * What {@link CMSKeyDatabase} says of passwords and strings holds here too, and so does what it says of
@@ -33,9 +36,9 @@ public final class CryptographicToken extends PasswordHolder {
   private final List<String> signerLabels = new ArrayList<>();
   private final List<String> requestLabels = new ArrayList<>();
 
-  private CryptographicToken(Path module, String tokenLabel, char[] password) {
+  private CryptographicToken(String module, String tokenLabel, char[] password) {
     super(module + ", " + tokenLabel, password);
-    this.module = module.toString();
+    this.module = module;
     this.tokenLabel = tokenLabel;
   }
 
@@ -51,17 +54,17 @@ public final class CryptographicToken extends PasswordHolder {
   /**
    * Lists the tokens that a module offers.
    *
-   * @param module the PKCS#11 module
+   * @param module the PKCS#11 module, by file or by name
    * @return the labels of its tokens
    * @throws CMSKeyDatabaseException when the module cannot be used
    */
-  public static List<String> list(Path module) throws CMSKeyDatabaseException {
+  public static List<String> list(String module) throws CMSKeyDatabaseException {
     KMSystem.start();
     synchronized (TOKEN_LABELS) {
       TOKEN_LABELS.clear();
-      int code = c_GetCryptoTokenLabelList(module.toString());
+      int code = c_GetCryptoTokenLabelList(module);
       if (code != 0) {
-        throw new CMSKeyDatabaseException(code, module.toString());
+        throw new CMSKeyDatabaseException(code, module);
       }
       return List.copyOf(TOKEN_LABELS);
     }
@@ -70,13 +73,13 @@ public final class CryptographicToken extends PasswordHolder {
   /**
    * Opens a token to see that the password fits.
    *
-   * @param module the PKCS#11 module
+   * @param module the PKCS#11 module, by file or by name
    * @param tokenLabel the label of the token
    * @param password its password, or null for a token that asks for none
    * @return the token
    * @throws CMSKeyDatabaseException when there is no such token, or the password is wrong
    */
-  public static CryptographicToken open(Path module, String tokenLabel, char[] password)
+  public static CryptographicToken open(String module, String tokenLabel, char[] password)
       throws CMSKeyDatabaseException {
     KMSystem.start();
     CryptographicToken token = new CryptographicToken(module, tokenLabel, password);
@@ -92,13 +95,13 @@ public final class CryptographicToken extends PasswordHolder {
   /**
    * Whether a token has to be opened with a password.
    *
-   * @param module the PKCS#11 module
+   * @param module the PKCS#11 module, by file or by name
    * @param tokenLabel the label of the token
    * @return true when it has; false also when the library cannot tell, for the reason does not reach
    *     Java
    * @throws CMSKeyDatabaseException when the library cannot be started
    */
-  public static boolean isPasswordRequired(Path module, String tokenLabel)
+  public static boolean isPasswordRequired(String module, String tokenLabel)
       throws CMSKeyDatabaseException {
     KMSystem.start();
     try (CryptographicToken token = new CryptographicToken(module, tokenLabel, null)) {
@@ -109,14 +112,14 @@ public final class CryptographicToken extends PasswordHolder {
   /**
    * Changes the password of a token.
    *
-   * @param module the PKCS#11 module
+   * @param module the PKCS#11 module, by file or by name
    * @param tokenLabel the label of the token
    * @param oldPassword its password
    * @param newPassword its password from now on
    * @throws CMSKeyDatabaseException when the old password is wrong or the new one is refused
    */
   public static void changePassword(
-      Path module, String tokenLabel, char[] oldPassword, char[] newPassword)
+      String module, String tokenLabel, char[] oldPassword, char[] newPassword)
       throws CMSKeyDatabaseException {
     KMSystem.start();
     try (CryptographicToken token = new CryptographicToken(module, tokenLabel, oldPassword)) {
