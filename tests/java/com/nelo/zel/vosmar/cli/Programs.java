@@ -6,7 +6,7 @@ import java.util.Map;
 import java.util.stream.Stream;
 
 /** Other programs, as judges of what was made. */
-final class Programs {
+public final class Programs {
   private Programs() {}
 
   /** A program of the JDK that runs the tests. */
@@ -14,8 +14,15 @@ final class Programs {
     return Path.of(System.getProperty("java.home"), "bin", name).toString();
   }
 
-  /** Standard output and error of a program that has to succeed. */
-  static String run(Object... command) throws IOException, InterruptedException {
+  /**
+   * Runs a program that has to succeed.
+   *
+   * @param command the program and its arguments
+   * @return its standard output and error
+   * @throws IOException when it cannot be started
+   * @throws InterruptedException when the wait for its end is interrupted
+   */
+  public static String run(Object... command) throws IOException, InterruptedException {
     return run(Map.of(), command);
   }
 

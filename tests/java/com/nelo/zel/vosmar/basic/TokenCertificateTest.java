@@ -1,0 +1,152 @@
+package com.nelo.zel.vosmar.basic;
+
+import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertNull;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.List;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** Certificates that are made on a token, brought to it, and taken from it. */
+class TokenCertificateTest {
+  @TempDir Path folder;
+  private CryptographicToken token;
+  private CMSKeyDatabase db;
+
+  @BeforeEach
+  void createTokenAndDatabase() throws Exception {
+    token = TestToken.create(folder);
+    db = TestDatabase.create(folder);
+    db.createSelfSigned(TestDatabase.certificate("alpha"));
+  }
+
+  @AfterEach
+  void close() {
+    token.close();
+    db.close();
+  }
+
+  @Test
+  void aSelfSignedCertificateIsMadeWithItsKey() throws Exception {
+    token.createSelfSigned(
+        new SelfSignedCertificate("self", DNItem.parse("CN=self"), KeyType.rsa(2048))
+            .validFor(30)
+            .signedWith(SignatureAlgorithm.SHA512));
+
+    assertLabels(List.of("self"), List.of(), List.of());
+    KeyItem item = token.key("self");
+    Items.assertSaysWhatItsCertificateSays(item);
+    assertEquals(KeyAlgorithm.RSA, item.algorithm());
+    assertEquals(2048, item.keySize());
+    assertEquals(3, item.certificate().version());
+    assertEquals("sha512WithRSAEncryption", item.certificate().signatureAlgorithmName());
+    assertTrue(item.hasPrivateKey());
+    assertNull(item.privateKey());
+    item.certificate().x509().verify(item.certificate().x509().getPublicKey());
+    assertFails(23, () -> token.createSelfSigned(TestDatabase.certificate("self")));
+  }
+
+  @Test
+  void aCertificateIsBroughtInWithItsKey() throws Exception {
+    try (PrivateKeyInfoItem key = privateKey(db.key("alpha"))) {
+      token.importCertificate("personal", db.key("alpha").certificate().der(), key.der());
+    }
+
+    assertLabels(List.of("personal"), List.of(), List.of());
+    KeyItem item = token.key("personal");
+    assertArrayEquals(db.key("alpha").certificate().der(), item.certificate().der());
+    Items.assertSaysWhatItsCertificateSays(item);
+    assertTrue(item.hasPrivateKey());
+    assertNull(item.privateKey());
+  }
+
+  @Test
+  void aCertificateIsBroughtInWithoutItsKey() throws Exception {
+    token.importCertificate("alone", db.key("alpha").certificate().der(), null);
+
+    assertLabels(List.of(), List.of("alone"), List.of());
+    assertFalse(token.key("alone").hasPrivateKey());
+  }
+
+  @Test
+  void aKeyOfAnotherCertificateIsCode62() throws Exception {
+    db.createSelfSigned(TestDatabase.certificate("beta"));
+
+    try (PrivateKeyInfoItem key = privateKey(db.key("beta"))) {
+      byte[] certificate = db.key("alpha").certificate().der();
+      assertFails(62, () -> token.importCertificate("mixed", certificate, key.der()));
+    }
+
+    assertLabels(List.of(), List.of(), List.of());
+  }
+
+  @Test
+  void aRequestIsBroughtInWithItsKey() throws Exception {
+    Path file = folder.resolve("request.csr");
+    db.createRequest(
+        new NewCertificateRequest("theirs", DNItem.parse("CN=theirs"), KeyType.ec(256), file));
+    KeyItem theirs = db.request("theirs");
+
+    try (PrivateKeyInfoItem key = privateKey(theirs)) {
+      token.importRequest("ours", theirs.request().der(), key.der());
+    }
+
+    assertLabels(List.of(), List.of(), List.of("ours"));
+    KeyItem item = token.request("ours");
+    assertArrayEquals(theirs.request().der(), item.request().der());
+    assertTrue(item.hasPrivateKey());
+    assertNull(item.privateKey());
+  }
+
+  @Test
+  void aSignersCertificateIsTakenFromAFileAndWrittenToOne() throws Exception {
+    Path source = folder.resolve("ca.pem");
+    Path base64 = folder.resolve("out.pem");
+    Path der = folder.resolve("out.der");
+    db.extractCertificate("alpha", source, Encoding.BASE64);
+
+    token.addSigner("ca", source, Encoding.BASE64);
+    token.extractCertificate("ca", base64, Encoding.BASE64);
+    token.extractCertificate("ca", der, Encoding.DER);
+
+    assertLabels(List.of(), List.of("ca"), List.of());
+    KeyItem item = token.key("ca");
+    Items.assertSaysWhatItsCertificateSays(item);
+    assertFalse(item.hasPrivateKey());
+    assertTrue(item.isTrusted());
+    assertEquals(Files.readString(source), Files.readString(base64));
+    assertArrayEquals(db.key("alpha").certificate().der(), Files.readAllBytes(der));
+    assertFails(23, () -> token.addSigner("ca", source, Encoding.BASE64));
+    assertFails(87, () -> token.addSigner("cb", folder.resolve("no"), Encoding.DER));
+    assertFails(117, () -> token.extractCertificate("cb", base64, Encoding.BASE64));
+  }
+
+  @Test
+  void aDeletedEntryIsGone() throws Exception {
+    token.importCertificate("alone", db.key("alpha").certificate().der(), null);
+
+    assertFails(117, () -> token.deleteRequest("alone"));
+    token.deleteKey("alone");
+
+    assertLabels(List.of(), List.of(), List.of());
+    assertFails(117, () -> token.key("alone"));
+    assertFails(117, () -> token.deleteKey("alone"));
+  }
+
+  private void assertLabels(List<String> personal, List<String> signers, List<String> requests)
+      throws CMSKeyDatabaseException {
+    assertEquals(new CryptographicToken.Labels(personal, signers, requests), token.labels());
+  }
+
+  private static PrivateKeyInfoItem privateKey(KeyItem item) throws CMSKeyDatabaseException {
+    return CMSKeyDatabase.decryptPrivateKey(item.privateKey(), TestDatabase.password());
+  }
+}

@@ -1,0 +1,214 @@
+package com.nelo.zel.vosmar.basic;
+
+import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertNull;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.nelo.zel.vosmar.cli.Programs;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.time.Duration;
+import java.util.List;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** From a request on a token, by a CA in a key database, to a certificate and its renewal. */
+class TokenRequestTest {
+  private static final String LABEL = "w\u00fcb \u2192";
+  private static final DNItem SUBJECT = DNItem.parse("CN=www.example.com,O=Example,C=DE");
+
+  @TempDir Path folder;
+  private CryptographicToken token;
+  private CMSKeyDatabase ca;
+  private Path requestFile;
+  private Path certificateFile;
+
+  @BeforeEach
+  void createTokenAndCa() throws Exception {
+    requestFile = folder.resolve("web.csr");
+    certificateFile = folder.resolve("web.der");
+    token = TestToken.create(folder);
+    ca = TestDatabase.create(folder);
+    ca.createSelfSigned(TestDatabase.certificate("ca"));
+    token.createRequest(
+        new NewCertificateRequest(LABEL, SUBJECT, KeyType.ec(384), requestFile)
+            .signedWith(SignatureAlgorithm.SHA512));
+  }
+
+  @AfterEach
+  void close() {
+    token.close();
+    ca.close();
+  }
+
+  @Test
+  void aRequestWaitsUnderItsLabel() throws Exception {
+    assertEquals(
+        new CryptographicToken.Labels(List.of(), List.of(), List.of(LABEL)), token.labels());
+    KeyItem item = token.request(LABEL);
+    assertEquals(LABEL, item.label());
+    assertEquals(KeyAlgorithm.EC, item.algorithm());
+    assertEquals(384, item.keySize());
+    assertTrue(item.hasPrivateKey());
+    assertNull(item.privateKey());
+    assertNull(item.certificate());
+    CertificateRequestItem request = item.request();
+    assertEquals(SUBJECT.toString(), request.subject().toString());
+    assertEquals(384, request.keySize());
+    assertEquals("ecdsa-with-SHA512", request.signatureAlgorithmName());
+    assertEquals(item.subjectPublicKeyInfo(), request.subjectPublicKeyInfo());
+    assertArrayEquals(der(requestFile), request.der());
+    assertFails(117, () -> token.request("other"));
+    assertFails(117, () -> token.key(LABEL));
+  }
+
+  @Test
+  void aRequestIsWrittenOnceMoreAndSignedAnew() throws Exception {
+    Path again = folder.resolve("again.csr");
+    Path anew = folder.resolve("anew.csr");
+
+    token.extractRequest(LABEL, again);
+    token.extractRequest(LABEL, SignatureAlgorithm.SHA256, anew);
+
+    assertEquals(Files.readString(requestFile), Files.readString(again));
+    String shown = Programs.run("openssl", "req", "-in", anew, "-noout", "-verify", "-text");
+    assertTrue(shown.contains("ecdsa-with-SHA256"), shown);
+    assertTrue(shown.contains("CN = www.example.com"), shown);
+    assertFails(117, () -> token.extractRequest("other", again));
+  }
+
+  @Test
+  void aReceivedCertificateTakesThePlaceOfItsRequest() throws Exception {
+    issue();
+
+    token.receiveCertificate(certificateFile, Encoding.DER);
+
+    assertEquals(
+        new CryptographicToken.Labels(List.of(LABEL), List.of(), List.of()), token.labels());
+    KeyItem item = token.key(LABEL);
+    Items.assertSaysWhatItsCertificateSays(item);
+    assertEquals(LABEL, item.label());
+    assertEquals(KeyAlgorithm.EC, item.algorithm());
+    assertEquals(384, item.keySize());
+    assertTrue(item.hasPrivateKey());
+    assertNull(item.privateKey());
+    assertFalse(item.isDefault());
+    assertArrayEquals(Files.readAllBytes(certificateFile), item.certificate().der());
+    assertEquals(SUBJECT.toString(), item.certificate().subject().toString());
+    assertTrue(ca.isValid(item.certificate().der()));
+  }
+
+  @Test
+  void anIssuerOnTheTokenIsPartOfTheChain() throws Exception {
+    Path issuer = folder.resolve("ca.pem");
+    ca.extractCertificate("ca", issuer, Encoding.BASE64);
+    token.addSigner("authority", issuer, Encoding.BASE64);
+    issue();
+
+    token.receiveCertificate(certificateFile, Encoding.DER);
+
+    assertEquals(
+        new CryptographicToken.Labels(List.of(LABEL), List.of("authority"), List.of()),
+        token.labels());
+    List<CertificateItem> chain = token.key(LABEL).certificates();
+    assertEquals(2, chain.size());
+    assertArrayEquals(Files.readAllBytes(certificateFile), chain.get(0).der());
+    assertArrayEquals(ca.key("ca").certificate().der(), chain.get(1).der());
+    chain.get(0).x509().verify(chain.get(1).x509().getPublicKey());
+  }
+
+  @Test
+  void theSignersOfABundleGoIntoTheSecondaryKeyDatabase() throws Exception {
+    Path file = folder.resolve("secondary.kdb");
+    try (CMSKeyDatabase secondary =
+        CMSKeyDatabase.create(file, TestDatabase.password(), Duration.ZERO)) {
+      issue();
+      token.useSecondaryKeyDatabase(file, TestDatabase.password());
+
+      token.receiveCertificate(bundle(), Encoding.DER);
+
+      assertEquals(
+          new CryptographicToken.Labels(List.of(LABEL), List.of(), List.of()), token.labels());
+      assertEquals(List.of("ca"), secondary.labels().keys());
+      assertArrayEquals(
+          ca.key("ca").certificate().der(), secondary.key("ca").certificate().der());
+    }
+  }
+
+  @Test
+  void aSecondaryKeyDatabaseThatDoesNotOpenLeavesTheTokenAsItWas() throws Exception {
+    issue();
+
+    token.useSecondaryKeyDatabase(TestDatabase.file(folder), "wrong horse 1!".toCharArray());
+    assertFails(16, () -> token.receiveCertificate(certificateFile, Encoding.DER));
+    token.useSecondaryKeyDatabase(folder.resolve("no.kdb"), TestDatabase.password());
+    assertFails(101, () -> token.receiveCertificate(certificateFile, Encoding.DER));
+
+    assertEquals(
+        new CryptographicToken.Labels(List.of(), List.of(), List.of(LABEL)), token.labels());
+  }
+
+  @Test
+  void aCertificateNobodyAskedForIsCode108() throws Exception {
+    Files.write(certificateFile, ca.key("ca").certificate().der());
+
+    assertFails(108, () -> token.receiveCertificate(certificateFile, Encoding.DER));
+  }
+
+  @Test
+  void aLaterCertificateOfTheSameKeyRenewsTheEarlier() throws Exception {
+    issue();
+    token.receiveCertificate(certificateFile, Encoding.DER);
+    byte[] earlier = Files.readAllBytes(certificateFile);
+    issue();
+    byte[] later = Files.readAllBytes(certificateFile);
+
+    assertFalse(token.isRenewal(earlier));
+    assertTrue(token.isRenewal(later));
+    token.renewCertificate(later);
+
+    assertArrayEquals(later, token.key(LABEL).certificate().der());
+    assertTrue(token.key(LABEL).hasPrivateKey());
+    assertFalse(token.isRenewal(later));
+    assertFalse(token.isRenewal(ca.key("ca").certificate().der()));
+  }
+
+  @Test
+  void aDeletedRequestIsGone() throws Exception {
+    assertFails(117, () -> token.deleteKey(LABEL));
+    token.deleteRequest(LABEL);
+
+    assertEquals(
+        new CryptographicToken.Labels(List.of(), List.of(), List.of()), token.labels());
+    assertFails(117, () -> token.deleteRequest(LABEL));
+  }
+
+  private void issue() throws CMSKeyDatabaseException {
+    ca.issueCertificate(
+        new CertificateIssue("ca", requestFile, certificateFile).writtenAs(Encoding.DER));
+  }
+
+  /** The issued certificate and its issuer's as PKCS #7. */
+  private Path bundle() throws Exception {
+    Path issued = folder.resolve("issued.pem");
+    Path issuer = folder.resolve("issuer.pem");
+    Path bundle = folder.resolve("bundle.p7b");
+    Programs.run("openssl", "x509", "-inform", "DER", "-in", certificateFile, "-out", issued);
+    ca.extractCertificate("ca", issuer, Encoding.BASE64);
+    Programs.run(
+        "openssl", "crl2pkcs7", "-nocrl", "-certfile", issued, "-certfile", issuer, "-outform",
+        "DER", "-out", bundle);
+    return bundle;
+  }
+
+  private byte[] der(Path pem) throws Exception {
+    Path der = folder.resolve("request.der");
+    Programs.run("openssl", "req", "-in", pem, "-outform", "DER", "-out", der);
+    return Files.readAllBytes(der);
+  }
+}
