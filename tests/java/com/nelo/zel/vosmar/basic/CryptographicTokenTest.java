@@ -103,7 +103,7 @@ class CryptographicTokenTest {
     assertFails(MODULE_NOT_LOADED, () -> CryptographicToken.open(NO_MODULE, "token", null));
     assertFails(MODULE_NOT_LOADED, () -> token.deleteKey("key"));
     assertFails(MODULE_NOT_LOADED, () -> token.key("key"));
-    assertFails(MODULE_NOT_LOADED, () -> token.isRenewal(new byte[1]));
+    assertFails(MODULE_NOT_LOADED, () -> token.certificates().isRenewal(new byte[1]));
   }
 
   @Test
@@ -119,7 +119,7 @@ class CryptographicTokenTest {
     assertThrows(
         IllegalArgumentException.class,
         () ->
-            token.createRequest(
+            token.certificates().createRequest(
                 new NewCertificateRequest("key", name, keyType, file)
                     .withExtensions(new byte[1])));
   }
@@ -132,7 +132,8 @@ class CryptographicTokenTest {
   }
 
   private void assertRefused(SelfSignedCertificate certificate) {
-    assertThrows(IllegalArgumentException.class, () -> token.createSelfSigned(certificate));
+    assertThrows(
+        IllegalArgumentException.class, () -> token.certificates().createSelfSigned(certificate));
   }
 
   private Object call(String name, Object... arguments) throws ReflectiveOperationException {

@@ -25,7 +25,7 @@ class TokenCertificateTest {
   void createTokenAndDatabase() throws Exception {
     token = TestToken.create(folder);
     db = TestDatabase.create(folder);
-    db.createSelfSigned(TestDatabase.certificate("alpha"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("alpha"));
   }
 
   @AfterEach
@@ -36,7 +36,7 @@ class TokenCertificateTest {
 
   @Test
   void aSelfSignedCertificateIsMadeWithItsKey() throws Exception {
-    token.createSelfSigned(
+    token.certificates().createSelfSigned(
         new SelfSignedCertificate("self", DNItem.parse("CN=self"), KeyType.rsa(2048))
             .validFor(30)
             .signedWith(SignatureAlgorithm.SHA512));
@@ -51,13 +51,14 @@ class TokenCertificateTest {
     assertTrue(item.hasPrivateKey());
     assertNull(item.privateKey());
     item.certificate().x509().verify(item.certificate().x509().getPublicKey());
-    assertFails(23, () -> token.createSelfSigned(TestDatabase.certificate("self")));
+    assertFails(
+        23, () -> token.certificates().createSelfSigned(TestDatabase.certificate("self")));
   }
 
   @Test
   void aCertificateIsBroughtInWithItsKey() throws Exception {
     try (PrivateKeyInfoItem key = privateKey(db.key("alpha"))) {
-      token.importCertificate("personal", db.key("alpha").certificate().der(), key.der());
+      token.certificates().importCertificate("personal", db.key("alpha").certificate().der(), key.der());
     }
 
     assertLabels(List.of("personal"), List.of(), List.of());
@@ -70,7 +71,7 @@ class TokenCertificateTest {
 
   @Test
   void aCertificateIsBroughtInWithoutItsKey() throws Exception {
-    token.importCertificate("alone", db.key("alpha").certificate().der(), null);
+    token.certificates().importCertificate("alone", db.key("alpha").certificate().der(), null);
 
     assertLabels(List.of(), List.of("alone"), List.of());
     assertFalse(token.key("alone").hasPrivateKey());
@@ -78,11 +79,12 @@ class TokenCertificateTest {
 
   @Test
   void aKeyOfAnotherCertificateIsCode62() throws Exception {
-    db.createSelfSigned(TestDatabase.certificate("beta"));
+    db.certificates().createSelfSigned(TestDatabase.certificate("beta"));
 
     try (PrivateKeyInfoItem key = privateKey(db.key("beta"))) {
       byte[] certificate = db.key("alpha").certificate().der();
-      assertFails(62, () -> token.importCertificate("mixed", certificate, key.der()));
+      assertFails(
+          62, () -> token.certificates().importCertificate("mixed", certificate, key.der()));
     }
 
     assertLabels(List.of(), List.of(), List.of());
@@ -91,12 +93,12 @@ class TokenCertificateTest {
   @Test
   void aRequestIsBroughtInWithItsKey() throws Exception {
     Path file = folder.resolve("request.csr");
-    db.createRequest(
+    db.certificates().createRequest(
         new NewCertificateRequest("theirs", DNItem.parse("CN=theirs"), KeyType.ec(256), file));
     KeyItem theirs = db.request("theirs");
 
     try (PrivateKeyInfoItem key = privateKey(theirs)) {
-      token.importRequest("ours", theirs.request().der(), key.der());
+      token.certificates().importRequest("ours", theirs.request().der(), key.der());
     }
 
     assertLabels(List.of(), List.of(), List.of("ours"));
@@ -111,11 +113,11 @@ class TokenCertificateTest {
     Path source = folder.resolve("ca.pem");
     Path base64 = folder.resolve("out.pem");
     Path der = folder.resolve("out.der");
-    db.extractCertificate("alpha", source, Encoding.BASE64);
+    db.certificates().extract("alpha", source, Encoding.BASE64);
 
-    token.addSigner("ca", source, Encoding.BASE64);
-    token.extractCertificate("ca", base64, Encoding.BASE64);
-    token.extractCertificate("ca", der, Encoding.DER);
+    token.certificates().addSigner("ca", source, Encoding.BASE64);
+    token.certificates().extract("ca", base64, Encoding.BASE64);
+    token.certificates().extract("ca", der, Encoding.DER);
 
     assertLabels(List.of(), List.of("ca"), List.of());
     KeyItem item = token.key("ca");
@@ -124,14 +126,14 @@ class TokenCertificateTest {
     assertTrue(item.isTrusted());
     assertEquals(Files.readString(source), Files.readString(base64));
     assertArrayEquals(db.key("alpha").certificate().der(), Files.readAllBytes(der));
-    assertFails(23, () -> token.addSigner("ca", source, Encoding.BASE64));
-    assertFails(87, () -> token.addSigner("cb", folder.resolve("no"), Encoding.DER));
-    assertFails(117, () -> token.extractCertificate("cb", base64, Encoding.BASE64));
+    assertFails(23, () -> token.certificates().addSigner("ca", source, Encoding.BASE64));
+    assertFails(87, () -> token.certificates().addSigner("cb", folder.resolve("no"), Encoding.DER));
+    assertFails(117, () -> token.certificates().extract("cb", base64, Encoding.BASE64));
   }
 
   @Test
   void aDeletedEntryIsGone() throws Exception {
-    token.importCertificate("alone", db.key("alpha").certificate().der(), null);
+    token.certificates().importCertificate("alone", db.key("alpha").certificate().der(), null);
 
     assertFails(117, () -> token.deleteRequest("alone"));
     token.deleteKey("alone");
@@ -147,6 +149,6 @@ class TokenCertificateTest {
   }
 
   private static PrivateKeyInfoItem privateKey(KeyItem item) throws CMSKeyDatabaseException {
-    return CMSKeyDatabase.decryptPrivateKey(item.privateKey(), TestDatabase.password());
+    return PrivateKeyEncryption.decrypt(item.privateKey(), TestDatabase.password());
   }
 }

@@ -34,8 +34,8 @@ class TokenRequestTest {
     certificateFile = folder.resolve("web.der");
     token = TestToken.create(folder);
     ca = TestDatabase.create(folder);
-    ca.createSelfSigned(TestDatabase.certificate("ca"));
-    token.createRequest(
+    ca.certificates().createSelfSigned(TestDatabase.certificate("ca"));
+    token.certificates().createRequest(
         new NewCertificateRequest(LABEL, SUBJECT, KeyType.ec(384), requestFile)
             .signedWith(SignatureAlgorithm.SHA512));
   }
@@ -72,21 +72,21 @@ class TokenRequestTest {
     Path again = folder.resolve("again.csr");
     Path anew = folder.resolve("anew.csr");
 
-    token.extractRequest(LABEL, again);
-    token.extractRequest(LABEL, SignatureAlgorithm.SHA256, anew);
+    token.certificates().extractRequest(LABEL, again);
+    token.certificates().extractRequest(LABEL, SignatureAlgorithm.SHA256, anew);
 
     assertEquals(Files.readString(requestFile), Files.readString(again));
     String shown = Programs.run("openssl", "req", "-in", anew, "-noout", "-verify", "-text");
     assertTrue(shown.contains("ecdsa-with-SHA256"), shown);
     assertTrue(shown.contains("CN = www.example.com"), shown);
-    assertFails(117, () -> token.extractRequest("other", again));
+    assertFails(117, () -> token.certificates().extractRequest("other", again));
   }
 
   @Test
   void aReceivedCertificateTakesThePlaceOfItsRequest() throws Exception {
     issue();
 
-    token.receiveCertificate(certificateFile, Encoding.DER);
+    token.certificates().receive(certificateFile, Encoding.DER);
 
     assertEquals(
         new CryptographicToken.Labels(List.of(LABEL), List.of(), List.of()), token.labels());
@@ -100,17 +100,17 @@ class TokenRequestTest {
     assertFalse(item.isDefault());
     assertArrayEquals(Files.readAllBytes(certificateFile), item.certificate().der());
     assertEquals(SUBJECT.toString(), item.certificate().subject().toString());
-    assertTrue(ca.isValid(item.certificate().der()));
+    assertTrue(ca.certificates().isValid(item.certificate().der()));
   }
 
   @Test
   void anIssuerOnTheTokenIsPartOfTheChain() throws Exception {
     Path issuer = folder.resolve("ca.pem");
-    ca.extractCertificate("ca", issuer, Encoding.BASE64);
-    token.addSigner("authority", issuer, Encoding.BASE64);
+    ca.certificates().extract("ca", issuer, Encoding.BASE64);
+    token.certificates().addSigner("authority", issuer, Encoding.BASE64);
     issue();
 
-    token.receiveCertificate(certificateFile, Encoding.DER);
+    token.certificates().receive(certificateFile, Encoding.DER);
 
     assertEquals(
         new CryptographicToken.Labels(List.of(LABEL), List.of("authority"), List.of()),
@@ -130,7 +130,7 @@ class TokenRequestTest {
       issue();
       token.useSecondaryKeyDatabase(file, TestDatabase.password());
 
-      token.receiveCertificate(bundle(), Encoding.DER);
+      token.certificates().receive(bundle(), Encoding.DER);
 
       assertEquals(
           new CryptographicToken.Labels(List.of(LABEL), List.of(), List.of()), token.labels());
@@ -145,9 +145,9 @@ class TokenRequestTest {
     issue();
 
     token.useSecondaryKeyDatabase(TestDatabase.file(folder), "wrong horse 1!".toCharArray());
-    assertFails(16, () -> token.receiveCertificate(certificateFile, Encoding.DER));
+    assertFails(16, () -> token.certificates().receive(certificateFile, Encoding.DER));
     token.useSecondaryKeyDatabase(folder.resolve("no.kdb"), TestDatabase.password());
-    assertFails(101, () -> token.receiveCertificate(certificateFile, Encoding.DER));
+    assertFails(101, () -> token.certificates().receive(certificateFile, Encoding.DER));
 
     assertEquals(
         new CryptographicToken.Labels(List.of(), List.of(), List.of(LABEL)), token.labels());
@@ -157,25 +157,25 @@ class TokenRequestTest {
   void aCertificateNobodyAskedForIsCode108() throws Exception {
     Files.write(certificateFile, ca.key("ca").certificate().der());
 
-    assertFails(108, () -> token.receiveCertificate(certificateFile, Encoding.DER));
+    assertFails(108, () -> token.certificates().receive(certificateFile, Encoding.DER));
   }
 
   @Test
   void aLaterCertificateOfTheSameKeyRenewsTheEarlier() throws Exception {
     issue();
-    token.receiveCertificate(certificateFile, Encoding.DER);
+    token.certificates().receive(certificateFile, Encoding.DER);
     byte[] earlier = Files.readAllBytes(certificateFile);
     issue();
     byte[] later = Files.readAllBytes(certificateFile);
 
-    assertFalse(token.isRenewal(earlier));
-    assertTrue(token.isRenewal(later));
-    token.renewCertificate(later);
+    assertFalse(token.certificates().isRenewal(earlier));
+    assertTrue(token.certificates().isRenewal(later));
+    token.certificates().renew(later);
 
     assertArrayEquals(later, token.key(LABEL).certificate().der());
     assertTrue(token.key(LABEL).hasPrivateKey());
-    assertFalse(token.isRenewal(later));
-    assertFalse(token.isRenewal(ca.key("ca").certificate().der()));
+    assertFalse(token.certificates().isRenewal(later));
+    assertFalse(token.certificates().isRenewal(ca.key("ca").certificate().der()));
   }
 
   @Test
@@ -189,7 +189,7 @@ class TokenRequestTest {
   }
 
   private void issue() throws CMSKeyDatabaseException {
-    ca.issueCertificate(
+    ca.certificates().issue(
         new CertificateIssue("ca", requestFile, certificateFile).writtenAs(Encoding.DER));
   }
 
@@ -199,7 +199,7 @@ class TokenRequestTest {
     Path issuer = folder.resolve("issuer.pem");
     Path bundle = folder.resolve("bundle.p7b");
     Programs.run("openssl", "x509", "-inform", "DER", "-in", certificateFile, "-out", issued);
-    ca.extractCertificate("ca", issuer, Encoding.BASE64);
+    ca.certificates().extract("ca", issuer, Encoding.BASE64);
     Programs.run(
         "openssl", "crl2pkcs7", "-nocrl", "-certfile", issued, "-certfile", issuer, "-outform",
         "DER", "-out", bundle);

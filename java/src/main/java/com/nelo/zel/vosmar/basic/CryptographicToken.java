@@ -26,8 +26,8 @@ public final class CryptographicToken extends PasswordHolder {
   // Filled by the native method while the tokens of a module are listed.
   private static final List<String> TOKEN_LABELS = new ArrayList<>();
 
-  private final String module;
-  private final String tokenLabel;
+  final String module;
+  final String tokenLabel;
   private String secondaryFile;
   private char[] secondaryPassword;
 
@@ -129,9 +129,14 @@ public final class CryptographicToken extends PasswordHolder {
     }
   }
 
+  /** {@return the certificates and requests of this token} */
+  public TokenCertificates certificates() {
+    return new TokenCertificates(this);
+  }
+
   /**
-   * Puts a key database beside the token, for {@link #receiveCertificate} and {@link
-   * #importCertificate}.
+   * Puts a key database beside the token, for {@link TokenCertificates#receive} and {@link
+   * TokenCertificates#importCertificate}.
    *
    * @param file the key database, or null for none from now on
    * @param itsPassword the password of the database, or null to use its stash file
@@ -210,213 +215,6 @@ public final class CryptographicToken extends PasswordHolder {
     check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), label, true), label);
   }
 
-  /**
-   * Receives the certificate that was issued for a pending request.
-   *
-   * @param certificate the file
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read, 108 when there is no
-   *     such request
-   */
-  public void receiveCertificate(Path certificate, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ReceivePersonalCertificate(
-            module,
-            tokenLabel,
-            password(),
-            secondaryFile(),
-            secondaryPassword(),
-            certificate.toString(),
-            encoding.isBase64()),
-        certificate.toString());
-  }
-
-  /**
-   * Imports a certificate, with its private key or alone.
-   *
-   * @param label the label of the new entry
-   * @param certificate a DER certificate
-   * @param privateKey its key: PKCS#8, or RSA or EC in their own forms, as DER; null for none
-   * @throws CMSKeyDatabaseException with code 62 when they do not belong together
-   */
-  public void importCertificate(String label, byte[] certificate, byte[] privateKey)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ImportCertificate(
-            module,
-            tokenLabel,
-            password(),
-            secondaryFile(),
-            secondaryPassword(),
-            label,
-            certificate.length,
-            certificate,
-            lengthOf(privateKey),
-            privateKey),
-        label);
-  }
-
-  /**
-   * Adds a signer's certificate.
-   *
-   * @param label the label of the new entry
-   * @param certificate the file
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read
-   */
-  public void addSigner(String label, Path certificate, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    check(
-        c_AddSignerCertificate(
-            module, tokenLabel, password(), label, certificate.toString(), encoding.isBase64()),
-        label);
-  }
-
-  /**
-   * Writes a certificate to a file.
-   *
-   * @param label the label of its entry
-   * @param target the file
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
-   */
-  public void extractCertificate(String label, Path target, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ExtractCertificate(
-            module, tokenLabel, password(), label, target.toString(), encoding.isBase64()),
-        label);
-  }
-
-  /**
-   * Makes a key pair on the token and a certificate request for it.
-   *
-   * @param request what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
-   * @throws IllegalArgumentException when it shall ask for extensions, which a token does not do
-   */
-  public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
-    if (request.extensions().length > 0) {
-      throw new IllegalArgumentException("a request made on a token asks for no extensions");
-    }
-    check(
-        c_CreatePersonalCertificateRequest(
-            module, tokenLabel, password(), request.label(), request.keyType().selector(),
-            request.subject(), request.signatureAlgorithm().selector(), request.fileName()),
-        request.label());
-  }
-
-  /**
-   * Imports a pending request, with its private key or for a key that the token has.
-   *
-   * @param label the label of the new entry
-   * @param request a DER CertificationRequest (PKCS#10, RFC&nbsp;2986)
-   * @param privateKey its key as DER, or null
-   * @throws CMSKeyDatabaseException with code 62 when they do not belong together
-   */
-  public void importRequest(String label, byte[] request, byte[] privateKey)
-      throws CMSKeyDatabaseException {
-    check(
-        c_ImportPersonalCertificateRequest(
-            module,
-            tokenLabel,
-            password(),
-            label,
-            request.length,
-            request,
-            lengthOf(privateKey),
-            privateKey),
-        label);
-  }
-
-  /**
-   * Writes a pending request to a file once more, in Base64.
-   *
-   * @param label its label
-   * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
-   */
-  public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
-    check(
-        c_ExtractPersonalCertificateRequest(
-            module, tokenLabel, password(), label, target.toString()),
-        label);
-  }
-
-  /**
-   * Writes a pending request to a file once more, signed anew.
-   *
-   * @param label its label
-   * @param algorithm the digest of the signature
-   * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
-   */
-  public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
-      throws CMSKeyDatabaseException {
-    check(
-        c_RecreatePersonalCertificateRequest(
-            module, tokenLabel, password(), label, algorithm.selector(), target.toString()),
-        label);
-  }
-
-  /**
-   * Makes a key pair on the token and a self-signed certificate for it.
-   *
-   * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
-   * @throws IllegalArgumentException when it shall be the default key, have given extensions or be
-   *     written to a file: with a token none of these is possible
-   */
-  public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
-    if (certificate.isDefaultKey()
-        || certificate.extensions().length > 0
-        || certificate.fileName() != null) {
-      throw new IllegalArgumentException("a token has no default key, extensions and files");
-    }
-    check(
-        c_CreateSelfSignedCertificate(
-            module,
-            tokenLabel,
-            password(),
-            certificate.version(),
-            certificate.label(),
-            certificate.keyType().selector(),
-            certificate.subject(),
-            certificate.validityDays(),
-            certificate.signatureAlgorithm().selector()),
-        certificate.label());
-  }
-
-  /**
-   * Whether a certificate would renew one of this token: same subject and key, other certificate.
-   *
-   * @param certificate a DER certificate
-   * @return true when {@link #renewCertificate} would take it
-   * @throws CMSKeyDatabaseException when the token cannot be opened or read
-   */
-  public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean renewal =
-        c_IsPersonalCertificateRenewal(
-            module, tokenLabel, password(), certificate.length, certificate);
-    if (!renewal) {
-      labels();
-    }
-    return renewal;
-  }
-
-  /**
-   * Puts a certificate in the place of the one that it renews.
-   *
-   * @param certificate a DER certificate
-   * @throws CMSKeyDatabaseException when it renews none
-   */
-  public void renewCertificate(byte[] certificate) throws CMSKeyDatabaseException {
-    check(
-        c_RenewPersonalCertificate(
-            module, tokenLabel, password(), certificate.length, certificate));
-  }
-
   /** Wipes the passwords. The token can be used no longer through this object. */
   @Override
   public synchronized void close() {
@@ -424,16 +222,12 @@ public final class CryptographicToken extends PasswordHolder {
     wipe(secondaryPassword);
   }
 
-  private synchronized String secondaryFile() {
+  synchronized String secondaryFile() {
     return secondaryFile;
   }
 
-  private synchronized String secondaryPassword() {
+  synchronized String secondaryPassword() {
     return textOf(secondaryPassword);
-  }
-
-  private static int lengthOf(byte[] bytes) {
-    return bytes == null ? 0 : bytes.length;
   }
 
   /** Called by the native library for each token while the tokens of a module are listed. */
@@ -458,26 +252,26 @@ public final class CryptographicToken extends PasswordHolder {
 
   // The token as a whole.
 
-  private static native int c_GetCryptoTokenLabelList(String moduleName);
+  static native int c_GetCryptoTokenLabelList(String moduleName);
 
-  private native boolean c_IsPasswordRequired(String moduleName, String tokenLabel);
+  native boolean c_IsPasswordRequired(String moduleName, String tokenLabel);
 
-  private native int c_ChangeKeyDbPwd(
+  native int c_ChangeKeyDbPwd(
       String moduleName, String tokenLabel, String oldPassword, String newPassword);
 
   // Entries.
 
-  private native int c_BuildKeyLabelList(
+  native int c_BuildKeyLabelList(
       String moduleName, String tokenLabel, String tokenPassword);
 
-  private native KeyItem c_GetKeyItemByLabel(
+  native KeyItem c_GetKeyItemByLabel(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
       String keyLabel,
       boolean isRequestKey);
 
-  private native int c_DeleteKeyItemByLabel(
+  native int c_DeleteKeyItemByLabel(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -486,7 +280,7 @@ public final class CryptographicToken extends PasswordHolder {
 
   // Certificates.
 
-  private native int c_ReceivePersonalCertificate(
+  native int c_ReceivePersonalCertificate(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -495,7 +289,7 @@ public final class CryptographicToken extends PasswordHolder {
       String certFileName,
       boolean isBase64);
 
-  private native int c_ImportCertificate(
+  native int c_ImportCertificate(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -507,7 +301,7 @@ public final class CryptographicToken extends PasswordHolder {
       int keyLength,
       byte[] privateKey);
 
-  private native int c_AddSignerCertificate(
+  native int c_AddSignerCertificate(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -515,7 +309,7 @@ public final class CryptographicToken extends PasswordHolder {
       String certFileName,
       boolean isBase64);
 
-  private native int c_ExtractCertificate(
+  native int c_ExtractCertificate(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -525,7 +319,7 @@ public final class CryptographicToken extends PasswordHolder {
 
   // New keys and requests.
 
-  private native int c_CreatePersonalCertificateRequest(
+  native int c_CreatePersonalCertificateRequest(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -535,7 +329,7 @@ public final class CryptographicToken extends PasswordHolder {
       int signatureAlgorithm,
       String certReqFileName);
 
-  private native int c_ImportPersonalCertificateRequest(
+  native int c_ImportPersonalCertificateRequest(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -545,7 +339,7 @@ public final class CryptographicToken extends PasswordHolder {
       int keyLength,
       byte[] privateKey);
 
-  private native int c_RecreatePersonalCertificateRequest(
+  native int c_RecreatePersonalCertificateRequest(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -553,14 +347,14 @@ public final class CryptographicToken extends PasswordHolder {
       int signatureAlgorithm,
       String certReqFileName);
 
-  private native int c_ExtractPersonalCertificateRequest(
+  native int c_ExtractPersonalCertificateRequest(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
       String keyLabel,
       String certReqFileName);
 
-  private native int c_CreateSelfSignedCertificate(
+  native int c_CreateSelfSignedCertificate(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
@@ -573,14 +367,14 @@ public final class CryptographicToken extends PasswordHolder {
 
   // Renewal.
 
-  private native boolean c_IsPersonalCertificateRenewal(
+  native boolean c_IsPersonalCertificateRenewal(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
       int certLength,
       byte[] certificate);
 
-  private native int c_RenewPersonalCertificate(
+  native int c_RenewPersonalCertificate(
       String moduleName,
       String tokenLabel,
       String tokenPassword,
