@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.cli;
 
+import com.nelo.zel.vosmar.basic.TestToken;
 import java.io.PrintWriter;
 import java.io.StringWriter;
 import java.util.Map;
@@ -16,7 +17,9 @@ final class Vosmar {
           "WRONG_PWD", "wrong horse 1!",
           "NEW_PWD", "another horse 2!",
           "SHORT_PWD", "1!abc",
-          "PFX_PWD", "pfx horse 3!");
+          "PFX_PWD", "pfx horse 3!",
+          "PIN", TestToken.PIN,
+          "NEW_PIN", "abcdef");
 
   private Vosmar() {}
 

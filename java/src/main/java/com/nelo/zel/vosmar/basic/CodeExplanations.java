@@ -70,8 +70,16 @@ final class CodeExplanations {
           entry(131, "the password has no digit"),
           entry(132, "the password has no special character"),
           entry(133, "the signature algorithm is not supported"),
+          entry(137, "no token has this label"),
+          entry(138, "the token wants a PIN"),
+          entry(139, "the token takes no PIN"),
+          entry(140, "the PKCS#11 module cannot be loaded"),
+          entry(141, "the token cannot do this"),
+          entry(142, "the token or its module failed"),
           entry(146, "the chain of certificates is not valid"),
-          entry(147, "the root of the chain is not trusted"));
+          entry(147, "the root of the chain is not trusted"),
+          entry(149, "an object on the token cannot be read, made or changed"),
+          entry(151, "there is no token"));
 
   private CodeExplanations() {}
 

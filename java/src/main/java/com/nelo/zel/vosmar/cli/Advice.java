@@ -24,6 +24,13 @@ final class Advice {
       case 103 -> "Write the stash file with 'vosmar db stash', or give the password.";
       case 117 -> "'vosmar key list' shows the labels.";
       case 120 -> "Mind upper and lower case; with --pfx-password-file only the first line counts.";
+      case 137 -> "'vosmar token list' shows the tokens of a module.";
+      case 138 -> "Give the PIN with --password-env or --password-file.";
+      case 139 -> "Leave the password option out.";
+      case 140 ->
+          "Give the file of a PKCS #11 module, or the name that the configuration of p11-kit has.";
+      case 142 -> "After too many wrong PINs a token is locked; the program of its maker tells.";
+      case 151 -> "Plug the token in; a new one is first made ready with the program of its maker.";
       default -> "";
     };
   }

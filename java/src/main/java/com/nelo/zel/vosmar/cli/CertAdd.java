@@ -1,6 +1,5 @@
 package com.nelo.zel.vosmar.cli;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import java.util.Map;
 import picocli.CommandLine.Command;
@@ -9,15 +8,15 @@ import picocli.CommandLine.Parameters;
 
 /** {@code vosmar cert add}. */
 @Command(name = "add", description = "Adds the certificate of a CA.")
-final class CertAdd extends DatabaseCommand {
+final class CertAdd extends EntryCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the new entry.")
   private String label;
 
   @Mixin private SourceFile source;
 
   @Override
-  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.certificates().addCa(label, source.path(), source.encoding());
+  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+    entries.addCa(label, source.path(), source.encoding());
     out.print("added " + label, Map.of("added", label));
   }
 }

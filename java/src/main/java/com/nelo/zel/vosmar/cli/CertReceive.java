@@ -1,6 +1,5 @@
 package com.nelo.zel.vosmar.cli;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import java.util.Map;
 import picocli.CommandLine.Command;
@@ -9,15 +8,18 @@ import picocli.CommandLine.Option;
 
 /** {@code vosmar cert receive}. */
 @Command(name = "receive", description = "Takes in the certificate that a CA issued for a request.")
-final class CertReceive extends DatabaseCommand {
+final class CertReceive extends EntryCommand {
   @Mixin private SourceFile source;
 
   @Option(names = "--default", description = "Make it the default key.")
   private boolean defaultKey;
 
+  @Mixin private SecondaryDatabase secondary;
+
   @Override
-  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.certificates().receive(source.path(), source.encoding(), defaultKey);
+  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+    secondary.putBeside(entries);
+    entries.receive(source.path(), source.encoding(), defaultKey);
     out.print("received " + source.path(), Map.of("received", source.path()));
   }
 }

@@ -1,6 +1,5 @@
 package com.nelo.zel.vosmar.cli;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.NewCertificateRequest;
 import java.nio.file.Path;
@@ -12,7 +11,7 @@ import picocli.CommandLine.Parameters;
 
 /** {@code vosmar cert request}. */
 @Command(name = "request", description = "Makes a key and a request for a certificate, to be sent to a CA.")
-final class CertRequest extends DatabaseCommand {
+final class CertRequest extends EntryCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the new entry.")
   private String label;
 
@@ -26,8 +25,8 @@ final class CertRequest extends DatabaseCommand {
   private Path target;
 
   @Override
-  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    database.certificates().createRequest(
+  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+    entries.createRequest(
         new NewCertificateRequest(label, newKey.subject(), newKey.keyType(), target)
             .signedWith(newKey.signature()));
     out.print("wrote " + target, Map.of("written", target));

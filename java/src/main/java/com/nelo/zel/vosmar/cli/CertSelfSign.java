@@ -1,6 +1,5 @@
 package com.nelo.zel.vosmar.cli;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.Encoding;
 import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
 import java.nio.file.Path;
@@ -11,7 +10,7 @@ import picocli.CommandLine.Parameters;
 
 /** {@code vosmar cert self-sign}. */
 @Command(name = "self-sign", description = "Makes a key and a self-signed certificate for it.")
-final class CertSelfSign extends DatabaseCommand {
+final class CertSelfSign extends EntryCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the new entry.")
   private String label;
 
@@ -37,7 +36,7 @@ final class CertSelfSign extends DatabaseCommand {
   private boolean der;
 
   @Override
-  void run(CMSKeyDatabase database, Output out) throws Exception {
+  void run(Entries entries, Output out) throws Exception {
     SelfSignedCertificate certificate =
         new SelfSignedCertificate(label, newKey.subject(), newKey.keyType())
             .validFor(days)
@@ -48,8 +47,8 @@ final class CertSelfSign extends DatabaseCommand {
     if (target != null) {
       certificate.writtenTo(target, der ? Encoding.DER : Encoding.BASE64);
     }
-    database.certificates().createSelfSigned(certificate);
-    KeyView view = KeyView.of(database.key(label));
+    entries.createSelfSigned(certificate);
+    KeyView view = KeyView.of(entries.key(label));
     out.print(view.text(), view.data());
   }
 }

@@ -30,7 +30,7 @@ final class DbCreate implements Callable<Integer> {
       description = "How long the password can be used; for ever when this is not given.")
   private long passwordDays;
 
-  @Mixin private DatabasePassword password;
+  @Mixin private StorePassword password;
 
   @Mixin private Output output;
 

@@ -24,7 +24,7 @@ final class DbPasswd implements Callable<Integer> {
       description = "How long the new password can be used; for ever when this is not given.")
   private long passwordDays;
 
-  @Mixin private DatabasePassword password;
+  @Mixin private StorePassword password;
 
   @Mixin private NewPassword newPassword;
 

@@ -18,7 +18,7 @@ final class DbStash implements Callable<Integer> {
   @Parameters(paramLabel = "DATABASE", description = "The key database file.")
   private Path file;
 
-  @Mixin private DatabasePassword password;
+  @Mixin private StorePassword password;
 
   @Mixin private Output output;
 

@@ -5,7 +5,7 @@ import picocli.CommandLine.Command;
 /** {@code vosmar key}. */
 @Command(
     name = "key",
-    description = "Shows and changes the entries of a key database.",
+    description = "Shows and changes the entries of a key database or token.",
     synopsisSubcommandLabel = "COMMAND",
     subcommands = {
       KeyList.class,

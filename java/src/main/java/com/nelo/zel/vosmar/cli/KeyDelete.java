@@ -1,6 +1,5 @@
 package com.nelo.zel.vosmar.cli;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import java.util.Map;
 import picocli.CommandLine.Command;
@@ -9,7 +8,7 @@ import picocli.CommandLine.Parameters;
 
 /** {@code vosmar key delete}. */
 @Command(name = "delete", description = "Deletes an entry for good.")
-final class KeyDelete extends DatabaseCommand {
+final class KeyDelete extends EntryCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the entry.")
   private String label;
 
@@ -17,11 +16,11 @@ final class KeyDelete extends DatabaseCommand {
   private boolean request;
 
   @Override
-  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
+  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
     if (request) {
-      database.deleteRequest(label);
+      entries.deleteRequest(label);
     } else {
-      database.deleteKey(label);
+      entries.deleteKey(label);
     }
     out.print("deleted " + label, Map.of("deleted", label));
   }

@@ -10,10 +10,10 @@ import picocli.CommandLine.Command;
 
 /** {@code vosmar key list}. */
 @Command(name = "list", description = "Lists the labels of keys, certificates and requests.")
-final class KeyList extends DatabaseCommand {
+final class KeyList extends EntryCommand {
   @Override
-  void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
-    CMSKeyDatabase.Labels labels = database.labels();
+  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+    CMSKeyDatabase.Labels labels = entries.labels();
     String text =
         Stream.concat(
                 labels.keys().stream(),

@@ -1,14 +1,13 @@
 package com.nelo.zel.vosmar.cli;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.KeyItem;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Option;
 import picocli.CommandLine.Parameters;
 
 /** {@code vosmar key show}. */
-@Command(name = "show", description = "Shows an entry of a key database.")
-final class KeyShow extends DatabaseCommand {
+@Command(name = "show", description = "Shows an entry.")
+final class KeyShow extends EntryCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the entry.")
   private String label;
 
@@ -16,8 +15,8 @@ final class KeyShow extends DatabaseCommand {
   private boolean request;
 
   @Override
-  void run(CMSKeyDatabase database, Output out) throws Exception {
-    KeyItem item = request ? database.request(label) : database.key(label);
+  void run(Entries entries, Output out) throws Exception {
+    KeyItem item = request ? entries.request(label) : entries.key(label);
     KeyView view = KeyView.of(item);
     out.print(view.text(), view.data());
   }

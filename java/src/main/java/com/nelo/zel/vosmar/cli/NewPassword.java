@@ -4,7 +4,7 @@ import java.nio.file.Path;
 import picocli.CommandLine.ArgGroup;
 import picocli.CommandLine.Option;
 
-/** The password that the key database gets. */
+/** The password that the key database gets, or the PIN that the token gets. */
 final class NewPassword extends PasswordOptions {
   private static final String OPTION = "--new-password";
 
@@ -14,18 +14,23 @@ final class NewPassword extends PasswordOptions {
     @Option(
         names = OPTION + "-env",
         paramLabel = "VARIABLE",
-        description = "Take the new database password from this environment variable.")
+        description = "Take the new password, or PIN, from this environment variable.")
     private String variable;
 
     @Option(
         names = OPTION + "-file",
         paramLabel = "FILE",
-        description = "Take the new database password from the first line of this file; - is standard input.")
+        description = 
+            "Take the new password, or PIN, from the first line of this file; - is standard input.")
     private Path path;
   }
 
   NewPassword(Secrets secrets) {
     super(secrets, "new database password", OPTION);
+  }
+
+  char[] pin() {
+    return read("new token PIN", true);
   }
 
   @Override

@@ -27,15 +27,16 @@ abstract class PasswordOptions {
 
   /** A password that exists already. */
   char[] existing() {
-    return read(false);
+    return read(what, false);
   }
 
   /** A password that is made up now: a person types it twice. */
   char[] fresh() {
-    return read(true);
+    return read(what, true);
   }
 
-  private char[] read(boolean confirm) {
+  /** The same for what is called otherwise in a question. */
+  final char[] read(String what, boolean confirm) {
     if (environmentVariable() != null) {
       return secrets.fromEnvironment(environmentVariable());
     }

@@ -11,7 +11,7 @@ import picocli.CommandLine.ScopeType;
 /** {@code vosmar}: everything else is below it. */
 @Command(
     name = "vosmar",
-    description = "Works with key databases: files of keys and certificates under one password.",
+    description = "Works with keys and certificates: in key databases, files under one password, and on tokens.",
     mixinStandardHelpOptions = true,
     scope = ScopeType.INHERIT,
     versionProvider = VosmarCommand.Version.class,
@@ -31,6 +31,7 @@ import picocli.CommandLine.ScopeType;
       KeyCommand.class,
       CertCommand.class,
       PfxCommand.class,
+      TokenCommand.class,
       GenerateCompletion.class,
       HelpCommand.class
     })

@@ -1,0 +1,37 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import java.nio.file.Path;
+import java.util.concurrent.Callable;
+import picocli.CommandLine.Mixin;
+import picocli.CommandLine.Parameters;
+
+/** A command that works on the entries of an open key database or token. */
+abstract class EntryCommand implements Callable<Integer> {
+  @Parameters(
+      index = "0",
+      paramLabel = "DATABASE",
+      description = "The key database file, or a token such as pkcs11:token=mine?module-name=softhsm2.")
+  private String store;
+
+  @Mixin private StorePassword password;
+
+  @Mixin private Output output;
+
+  @Override
+  public final Integer call() throws Exception {
+    try (Entries entries = open()) {
+      run(entries, output);
+    }
+    return ExitCode.OK;
+  }
+
+  /** Does the command's work. */
+  abstract void run(Entries entries, Output out) throws Exception;
+
+  private Entries open() throws CMSKeyDatabaseException {
+    return TokenUri.isOne(store)
+        ? new TokenEntries(password.open(TokenUri.parse(store)))
+        : new DatabaseEntries(password.open(Path.of(store)));
+  }
+}

@@ -1,0 +1,79 @@
+package com.nelo.zel.vosmar.cli;
+
+import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
+import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.CryptographicToken;
+import java.nio.file.Path;
+import java.util.Arrays;
+import picocli.CommandLine.ArgGroup;
+import picocli.CommandLine.Option;
+
+/** The password of the key database, or the PIN of the token, that a command works on. */
+final class StorePassword extends PasswordOptions {
+  private static final String OPTION = "--password";
+
+  @ArgGroup private Source source = new Source();
+
+  private static final class Source {
+    @Option(
+        names = OPTION + "-env",
+        paramLabel = "VARIABLE",
+        description = "Take the password, or the PIN of a token, from this environment variable.")
+    private String variable;
+
+    @Option(
+        names = OPTION + "-file",
+        paramLabel = "FILE",
+        description =
+            "Take the password, or the PIN of a token, from the first line of this file; - is standard"
+                + " input.")
+    private Path path;
+  }
+
+  StorePassword(Secrets secrets) {
+    super(secrets, "database password", OPTION);
+  }
+
+  /**
+   * Opens a key database. Without a password option the stash file opens it; without a stash file the
+   * password is asked for.
+   */
+  CMSKeyDatabase open(Path file) throws CMSKeyDatabaseException {
+    if (!given() && !CMSKeyDatabase.isPasswordRequired(file)) {
+      return CMSKeyDatabase.openWithStash(file);
+    }
+    char[] secret = existing();
+    try {
+      return CMSKeyDatabase.open(file, secret);
+    } finally {
+      Arrays.fill(secret, '\0');
+    }
+  }
+
+  /** Opens a token. Without a password option the PIN is asked for, unless the token takes none. */
+  CryptographicToken open(TokenUri uri) throws CMSKeyDatabaseException {
+    if (!given() && !CryptographicToken.isPasswordRequired(uri.module(), uri.label())) {
+      return CryptographicToken.open(uri.module(), uri.label(), null);
+    }
+    char[] secret = pin();
+    try {
+      return CryptographicToken.open(uri.module(), uri.label(), secret);
+    } finally {
+      Arrays.fill(secret, '\0');
+    }
+  }
+
+  char[] pin() {
+    return read("token PIN", false);
+  }
+
+  @Override
+  String environmentVariable() {
+    return source.variable;
+  }
+
+  @Override
+  Path file() {
+    return source.path;
+  }
+}
