@@ -154,6 +154,12 @@ class KeyCommandsTest {
     assertTrue(shown.contains("Subject:     CN=www.example.com\n"), shown);
     String openssl = Programs.run("openssl", "req", "-in", request, "-noout", "-verify", "-subject");
     assertTrue(openssl.contains("CN = www.example.com"), openssl);
+    Path again = folder.resolve("again.csr");
+    Vosmar.run("cert", "extract", file, "www", "--request", "--out", again);
+    assertEquals(Files.readString(request), Files.readString(again));
+    assertEquals(
+        new Vosmar.Result(2, "", "vosmar: a request is written in Base64\n"),
+        Vosmar.run("cert", "extract", file, "www", "--request", "--der", "--out", again));
     assertEquals(
         "deleted www\n", Vosmar.run("key", "delete", file, "www", "--request").out());
     assertEquals("(empty)\n", Vosmar.run("key", "list", file).out());

@@ -64,6 +64,7 @@ class TokenCommandsTest {
             request));
     assertEquals("web (pending request)\n", onToken("key", "list"));
     assertTrue(onToken("key", "show", "web", "--request").contains("pending request"));
+    onToken("cert", "extract", "web", "--request", "-o", request);
     succeed("cert", "issue", ca, "root", "--request", request, "-o", certificate);
     onToken("cert", "receive", "-i", certificate, "--secondary", ca);
     onToken("cert", "add", "authority", "-i", root);

@@ -67,6 +67,11 @@ record DatabaseEntries(CMSKeyDatabase database) implements Entries {
   }
 
   @Override
+  public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
+    database.certificates().extractRequest(label, target);
+  }
+
+  @Override
   public void useSecondary(Path secondary, char[] password) {
     throw new IllegalArgumentException("a secondary key database stands beside a token only");
   }

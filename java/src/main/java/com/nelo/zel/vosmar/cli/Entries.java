@@ -36,6 +36,8 @@ interface Entries extends AutoCloseable {
 
   void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException;
 
+  void extractRequest(String label, Path target) throws CMSKeyDatabaseException;
+
   /** Puts a key database beside a token; without a password its stash file opens it. */
   void useSecondary(Path database, char[] password);
 

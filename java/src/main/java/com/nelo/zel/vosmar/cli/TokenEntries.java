@@ -77,6 +77,11 @@ record TokenEntries(CryptographicToken token) implements Entries {
   }
 
   @Override
+  public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
+    token.certificates().extractRequest(label, target);
+  }
+
+  @Override
   public void useSecondary(Path database, char[] password) {
     token.useSecondaryKeyDatabase(database, password);
   }
