@@ -35,15 +35,6 @@ TEST_F(PfxExport, WritesTheLabelledEntriesOnly) {
             text.find("subject=C = DE, O = Sea, CN = a"));
 }
 
-TEST_F(PfxExport, IsReadByTheJdk) {
-  ASSERT_EQ(selfSign("server"), ZELKM_OK);
-  ASSERT_EQ(exportTo("keys.p12", Labels{"server"}), ZELKM_OK);
-  EXPECT_THAT(cms::run("keytool -list -storetype PKCS12 -storepass 'pfx secret' -keystore " +
-                       path("keys.p12"))
-                  .output,
-              HasSubstr("server, "));
-}
-
 TEST_F(PfxExport, ConvertsPasswordAndLabelToRealUtf8) {
   const char* key = "\xED\xA0\xBD\xED\xB4\x91";
   ASSERT_EQ(selfSign(key), ZELKM_OK);

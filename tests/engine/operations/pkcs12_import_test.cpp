@@ -59,58 +59,6 @@ class PfxImport : public DatabaseTest {
   sys::Bytes leafCertificate_ = root_.issueFor(leaf_);
 };
 
-TEST_F(PfxImport, TakesWhatOpenSslMakes) {
-  makeWithOpenSsl("-name server -certfile root.pem");
-  ASSERT_EQ(import(), ZELKM_OK);
-  expectLeaf("server");
-  EXPECT_THAT(keyLabels(), UnorderedElementsAre("server", "Root"));
-}
-
-TEST_F(PfxImport, TakesTheLegacyEncryptionOfOpenSsl) {
-  makeWithOpenSsl("-name server -certfile root.pem -legacy");
-  ASSERT_THAT(cms::run("openssl pkcs12 -legacy -info -noout -passin 'pass:pfx secret' -in " +
-                       path("file.p12"))
-                  .output,
-              HasSubstr("pbeWithSHA1And40BitRC2-CBC"));
-  ASSERT_EQ(import(), ZELKM_OK);
-  expectLeaf("server");
-}
-
-TEST_F(PfxImport, TakesWhatTheJdkMakes) {
-  makeWithOpenSsl("-name server -certfile root.pem");
-  run("keytool -importkeystore -noprompt -srckeystore file.p12 -srcstoretype PKCS12 "
-      "-srcstorepass 'pfx secret' -destkeystore jdk.p12 -deststoretype PKCS12 "
-      "-deststorepass 'pfx secret' && keytool -importcert -noprompt -alias authority "
-      "-file root.pem -keystore jdk.p12 -storepass 'pfx secret' && mv jdk.p12 file.p12");
-  ASSERT_EQ(import(), ZELKM_OK);
-  expectLeaf("server");
-  ASSERT_THAT(keyLabels(), Contains("authority"));
-  EXPECT_EQ(item("authority")->booleanValue1, 1) << "the JDK's mark of trust";
-}
-
-TEST_F(PfxImport, TakesWhatNssMakes) {
-  if (cms::run("command -v pk12util certutil").exitCode != 0) GTEST_SKIP() << "no NSS tools";
-  makeWithOpenSsl("-name server -certfile root.pem");
-  run("mkdir nss && certutil -N -d sql:nss --empty-password && pk12util -i file.p12 -d sql:nss "
-      "-W 'pfx secret' && pk12util -o nss.p12 -n server -d sql:nss -W 'pfx secret' && "
-      "mv nss.p12 file.p12");
-  ASSERT_EQ(import(), ZELKM_OK);
-  expectLeaf("server");
-}
-
-TEST_F(PfxImport, TakesWhatGnuTlsMakes) {
-  if (cms::run("command -v certtool").exitCode != 0) GTEST_SKIP() << "no GnuTLS tools";
-  for (const char* cipher : {"aes-256", "3des-pkcs12", "arcfour"}) {
-    run(std::string("certtool --to-p12 --load-privkey leaf.key --load-certificate leaf.pem "
-                    "--load-ca-certificate root.pem --p12-name server --password 'pfx secret' "
-                    "--outder --outfile file.p12 --pkcs-cipher ") +
-        cipher);
-    ASSERT_EQ(import(), ZELKM_OK) << cipher;
-    expectLeaf("server");
-    ASSERT_EQ(ZELKM_DeleteKey(handle(), "server"), ZELKM_OK);
-  }
-}
-
 TEST_F(PfxImport, TakesWhatItExported) {
   const char* label = "schl\xC3\xBCssel \xED\xA0\xBD\xED\xB4\x91";
   const sys::SecretBytes key = cms::privateKeyInfo(leaf_.key()).value();
