@@ -15,17 +15,6 @@ class Pkcs12 : public InteropTest {
               ZELKM_OK);
   }
 
-  /** A key "theirs" with a certificate that "authority" issued, in theirs.p12 of OpenSSL. */
-  void makeWithOpenSsl(const std::string& arguments = "") {
-    run("new='openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 10' && "
-        "$new -subj /CN=authority -keyout authority.key -out authority.pem && "
-        "$new -subj /CN=theirs -CA authority.pem -CAkey authority.key -keyout theirs.key "
-        "-out theirs.pem && "
-        "openssl pkcs12 -export -name theirs -inkey theirs.key -in theirs.pem "
-        "-certfile authority.pem -out theirs.p12 -passout 'pass:pfx secret' " +
-        arguments);
-  }
-
   /** Imports theirs.p12 and looks for the key and its chain. */
   void expectTheirs() {
     ASSERT_EQ(ZELKM_ImportKeysFromPFXFile(handle(), path("theirs.p12").c_str(), kFilePassword),
@@ -50,12 +39,12 @@ TEST_F(Pkcs12, IsReadByOpenSsl) {
 }
 
 TEST_F(Pkcs12, OfOpenSslIsRead) {
-  makeWithOpenSsl();
+  exportWithOpenSsl();
   expectTheirs();
 }
 
 TEST_F(Pkcs12, OfOpenSslWithItsLegacyEncryptionIsRead) {
-  makeWithOpenSsl("-legacy");
+  exportWithOpenSsl("-legacy");
   ASSERT_THAT(shown("openssl pkcs12 -legacy -info -noout -passin 'pass:pfx secret' -in theirs.p12"),
               HasSubstr("pbeWithSHA1And40BitRC2-CBC"));
   expectTheirs();
@@ -70,11 +59,7 @@ TEST_F(Pkcs12, IsReadByTheJdk) {
 }
 
 TEST_F(Pkcs12, OfTheJdkIsRead) {
-  makeWithOpenSsl();
-  run("keytool -importkeystore -noprompt -srckeystore theirs.p12 -srcstoretype PKCS12 "
-      "-srcstorepass 'pfx secret' -destkeystore jdk.p12 -deststoretype PKCS12 "
-      "-deststorepass 'pfx secret' && keytool -importcert -noprompt -alias authority "
-      "-file authority.pem -keystore jdk.p12 -storepass 'pfx secret' && mv jdk.p12 theirs.p12");
+  exportWithKeytool();
   expectTheirs();
   EXPECT_EQ(item("authority")->booleanValue1, 1) << "the JDK's mark of trust";
 }
@@ -88,10 +73,7 @@ TEST_F(Pkcs12, IsReadByNss) {
 }
 
 TEST_F(Pkcs12, OfNssIsRead) {
-  makeWithOpenSsl();
-  makeNssDatabase();
-  run("pk12util -i theirs.p12 -d sql:nss -W 'pfx secret' && "
-      "pk12util -o theirs.p12 -n theirs -d sql:nss -W 'pfx secret'");
+  exportWithNss();
   expectTheirs();
 }
 
@@ -106,12 +88,8 @@ TEST_F(Pkcs12, IsReadByGnuTls) {
 }
 
 TEST_F(Pkcs12, OfGnuTlsIsRead) {
-  makeWithOpenSsl();
   for (const char* cipher : {"aes-256", "3des-pkcs12", "arcfour"}) {
-    run("certtool --to-p12 --load-privkey theirs.key --load-certificate theirs.pem "
-        "--load-ca-certificate authority.pem --p12-name theirs --password 'pfx secret' "
-        "--outder --outfile theirs.p12 --pkcs-cipher " +
-        std::string(cipher));
+    exportWithGnuTls(cipher);
     expectTheirs();
     ASSERT_EQ(ZELKM_DeleteKey(handle(), "theirs"), ZELKM_OK) << cipher;
   }

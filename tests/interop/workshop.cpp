@@ -65,4 +65,37 @@ void InteropTest::certifyWithGnuTls() {
       "certtool --certificate-info --infile theirs.pem --outder --outfile theirs.der");
 }
 
+void InteropTest::exportWithOpenSsl(const std::string& options) {
+  run("new='openssl req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 10' && "
+      "$new -subj /CN=authority -keyout authority.key -out authority.pem && "
+      "$new -subj /CN=theirs -CA authority.pem -CAkey authority.key -keyout theirs.key "
+      "-out theirs.pem && "
+      "openssl pkcs12 -export -name theirs -inkey theirs.key -in theirs.pem "
+      "-certfile authority.pem -out theirs.p12 -passout 'pass:pfx secret' " +
+      options);
+}
+
+void InteropTest::exportWithKeytool() {
+  exportWithOpenSsl();
+  run("keytool -importkeystore -noprompt -srckeystore theirs.p12 -srcstoretype PKCS12 "
+      "-srcstorepass 'pfx secret' -destkeystore jdk.p12 -deststoretype PKCS12 "
+      "-deststorepass 'pfx secret' && keytool -importcert -noprompt -alias authority "
+      "-file authority.pem -keystore jdk.p12 -storepass 'pfx secret' && mv jdk.p12 theirs.p12");
+}
+
+void InteropTest::exportWithNss() {
+  exportWithOpenSsl();
+  makeNssDatabase();
+  run("pk12util -i theirs.p12 -d sql:nss -W 'pfx secret' && "
+      "pk12util -o theirs.p12 -n theirs -d sql:nss -W 'pfx secret'");
+}
+
+void InteropTest::exportWithGnuTls(const std::string& cipher) {
+  exportWithOpenSsl();
+  run("certtool --to-p12 --load-privkey theirs.key --load-certificate theirs.pem "
+      "--load-ca-certificate authority.pem --p12-name theirs --password 'pfx secret' "
+      "--outder --outfile theirs.p12 --pkcs-cipher " +
+      cipher);
+}
+
 }  // namespace zel::km

@@ -40,6 +40,15 @@ class InteropTest : public DatabaseTest {
   void certifyWithNss();
   void certifyWithGnuTls();
 
+  /**
+   * The program's own theirs.p12, with the key "theirs" and its certificate, which "authority" has
+   * issued. OpenSSL makes those, in PEM; the others take them in and give them out.
+   */
+  void exportWithOpenSsl(const std::string& options = "");
+  void exportWithKeytool();
+  void exportWithNss();
+  void exportWithGnuTls(const std::string& cipher = "aes-256");
+
   /** The NSS database "nss", with nothing in it. */
   void makeNssDatabase();
 };

@@ -11,9 +11,7 @@ namespace zel::km {
 namespace {
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
-using testing::Not;
 
 constexpr char kRingPassword[] = "Ring söcret 1";
 constexpr char kNewPassword[] = "another secret";
@@ -107,47 +105,6 @@ TEST_F(KeyRings, CarryTheDefaultKeyAmongKeysOfOneCertificate) {
   ASSERT_EQ(toKeyRing(), ZELKM_OK);
   ASSERT_EQ(toDatabase(), ZELKM_OK);
   EXPECT_EQ(contentThatCameBack(), content());
-}
-
-TEST_F(KeyRings, AreReadByOtherToolsAsFarAsTheyGo) {
-  const cms::TestAuthority root("Root");
-  const cms::TestAuthority leaf("Leaf");
-  ASSERT_EQ(insert("server", root.issueFor(leaf), &leaf.key(), true), ZELKM_OK);
-  ASSERT_EQ(insert("authority", root.certificate(), nullptr, true), ZELKM_OK);
-  ASSERT_EQ(ZELKM_SetDefaultKeyByLabel(handle(), "server"), ZELKM_OK);
-  ASSERT_EQ(request("pending"), ZELKM_OK);
-  ASSERT_EQ(toKeyRing("ring secret"), ZELKM_OK);
-
-  const std::string openssl =
-      cms::run("openssl pkcs12 -nodes -info -passin 'pass:ring secret' -in " + ring_).output;
-  EXPECT_THAT(openssl, HasSubstr("friendlyName: server"));
-  EXPECT_THAT(openssl, HasSubstr("friendlyName: authority"));
-  EXPECT_THAT(openssl, HasSubstr("Secret bag"));
-  EXPECT_THAT(openssl, HasSubstr("friendlyName: pending"));
-  EXPECT_THAT(openssl, HasSubstr(".1: default"));
-  EXPECT_THAT(openssl, HasSubstr(".2: trusted"));
-
-  const std::string keytool =
-      cms::run("keytool -list -v -storepass 'ring secret' -keystore " + ring_).output;
-  EXPECT_THAT(keytool, HasSubstr("Your keystore contains 3 entries"));
-  EXPECT_THAT(keytool, HasSubstr("Certificate chain length: 2"));
-  EXPECT_THAT(keytool, HasSubstr("trustedCertEntry"));
-
-  if (cms::run("command -v certtool").exitCode == 0) {
-    const cms::CommandResult gnutls =
-        cms::run("certtool --p12-info --inder --password 'ring secret' --infile " + ring_);
-    EXPECT_THAT(gnutls.output, HasSubstr("Friendly name: server"));
-    EXPECT_THAT(gnutls.output, HasSubstr("Friendly name: pending"));
-    EXPECT_THAT(gnutls.output, Not(HasSubstr("rror")));
-  }
-  if (cms::run("command -v pk12util certutil").exitCode == 0) {
-    const cms::CommandResult nss =
-        cms::run("cd " + path(".") +
-                 " && mkdir nss && certutil -N -d sql:nss --empty-password && "
-                 "pk12util -i keys.kyr -d sql:nss -W 'ring secret' && certutil -K -d sql:nss");
-    EXPECT_EQ(nss.exitCode, 0) << nss.output;
-    EXPECT_THAT(nss.output, HasSubstr("server"));
-  }
 }
 
 TEST_F(KeyRings, AreImportedAsPfxWithoutTheirRequests) {
