@@ -54,6 +54,15 @@ class CertCommandsTest {
   }
 
   @Test
+  void validateTellsJsonInOneOrder() {
+    Path root = folder.resolve("root.pem");
+
+    assertEquals(
+        "{\"file\":\"" + root + "\",\"valid\":true}\n",
+        succeed("cert", "validate", ca, "--in", root, "--json"));
+  }
+
+  @Test
   void aCertificateIsRenewed() {
     Path request = folder.resolve("server.csr");
     Path certificate = folder.resolve("server.pem");

@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.cli;
 
+import static java.util.Map.entry;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import java.util.Arrays;
@@ -9,6 +10,15 @@ import java.util.Map;
 import org.junit.jupiter.api.Test;
 
 class JsonTest {
+  @Test
+  void writesTheMembersOfAnObjectInTheOrderGiven() {
+    assertEquals(
+        "{\"d\":1,\"c\":2,\"b\":3,\"a\":4,\"e\":5}",
+        Json.write(
+            Json.object(
+                entry("d", 1), entry("c", 2), entry("b", 3), entry("a", 4), entry("e", 5))));
+  }
+
   @Test
   void writesEveryKindOfValue() {
     Map<String, Object> data = new LinkedHashMap<>();

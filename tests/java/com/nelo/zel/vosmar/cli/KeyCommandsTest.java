@@ -65,6 +65,15 @@ class KeyCommandsTest {
   }
 
   @Test
+  void trustTellsJsonInOneOrder() {
+    selfSign("server");
+
+    assertEquals(
+        "{\"label\":\"server\",\"trusted\":false}\n",
+        Vosmar.run("key", "trust", file, "server", "--off", "--json").out());
+  }
+
+  @Test
   void selfSignTakesTheKeyTypeDaysAndDigest() {
     Vosmar.Result made =
         selfSign("server", "--key", "rsa:3072", "--days", "1", "--signature", "sha512");

@@ -37,6 +37,13 @@ class TokenCommandsTest {
   }
 
   @Test
+  void listTellsJsonInOneOrder() {
+    assertEquals(
+        "{\"tokens\":[{\"label\":\"mine\",\"uri\":\"" + TOKEN + "\"}]}\n",
+        succeed("token", "list", "softhsm2", "--json"));
+  }
+
+  @Test
   void passwdChangesThePin() {
     assertEquals(
         "changed the PIN of mine\n",

@@ -1,8 +1,9 @@
 package com.nelo.zel.vosmar.cli;
 
+import static java.util.Map.entry;
+
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
-import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
 
@@ -20,7 +21,7 @@ final class CertValidate extends DatabaseCommand {
     valid = database.certificates().isValid(source.certificate());
     out.print(
         source.path() + (valid ? " is valid" : " is not valid"),
-        Map.of("file", source.path(), "valid", valid));
+        Json.object(entry("file", source.path()), entry("valid", valid)));
   }
 
   @Override

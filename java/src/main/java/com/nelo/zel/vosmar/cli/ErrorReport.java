@@ -1,8 +1,9 @@
 package com.nelo.zel.vosmar.cli;
 
+import static java.util.Map.entry;
+
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import java.io.PrintWriter;
-import java.util.LinkedHashMap;
 import java.util.Map;
 import picocli.CommandLine;
 import picocli.CommandLine.IExecutionExceptionHandler;
@@ -33,12 +34,11 @@ final class ErrorReport implements IExecutionExceptionHandler {
   }
 
   private static Map<String, Object> data(CMSKeyDatabaseException failure) {
-    Map<String, Object> data = new LinkedHashMap<>();
-    data.put("code", failure.code());
-    data.put("name", failure.codeName());
-    data.put("subject", failure.subject());
-    data.put("message", failure.getMessage());
-    data.put("advice", Advice.of(failure.code()));
-    return data;
+    return Json.object(
+        entry("code", failure.code()),
+        entry("name", failure.codeName()),
+        entry("subject", failure.subject()),
+        entry("message", failure.getMessage()),
+        entry("advice", Advice.of(failure.code())));
   }
 }

@@ -1,12 +1,23 @@
 package com.nelo.zel.vosmar.cli;
 
 import java.util.Collection;
+import java.util.LinkedHashMap;
 import java.util.Map;
 import java.util.stream.Collectors;
 
 /** Writes maps, collections, texts, numbers, truth values and null as JSON (RFC&nbsp;8259). */
 final class Json {
   private Json() {}
+
+  /** An object whose members are written in the order given, as those of {@code Map.of} are not. */
+  @SafeVarargs
+  static Map<String, Object> object(Map.Entry<String, ?>... members) {
+    Map<String, Object> object = new LinkedHashMap<>();
+    for (Map.Entry<String, ?> member : members) {
+      object.put(member.getKey(), member.getValue());
+    }
+    return object;
+  }
 
   static String write(Object value) {
     if (value instanceof Map<?, ?> map) {

@@ -1,9 +1,9 @@
 package com.nelo.zel.vosmar.cli;
 
+import static java.util.Map.entry;
+
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
-import java.util.LinkedHashMap;
-import java.util.Map;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import picocli.CommandLine.Command;
@@ -19,9 +19,8 @@ final class KeyList extends EntryCommand {
                 labels.keys().stream(),
                 labels.requests().stream().map(label -> label + " (pending request)"))
             .collect(Collectors.joining(System.lineSeparator()));
-    Map<String, Object> data = new LinkedHashMap<>();
-    data.put("keys", labels.keys());
-    data.put("requests", labels.requests());
-    out.print(text.isEmpty() ? "(empty)" : text, data);
+    out.print(
+        text.isEmpty() ? "(empty)" : text,
+        Json.object(entry("keys", labels.keys()), entry("requests", labels.requests())));
   }
 }

@@ -1,8 +1,9 @@
 package com.nelo.zel.vosmar.cli;
 
+import static java.util.Map.entry;
+
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
-import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Option;
 import picocli.CommandLine.Parameters;
@@ -21,6 +22,6 @@ final class KeyTrust extends DatabaseCommand {
     database.setTrusted(label, !off);
     out.print(
         label + (off ? " is trusted no longer" : " is trusted"),
-        Map.of("label", label, "trusted", !off));
+        Json.object(entry("label", label), entry("trusted", !off)));
   }
 }

@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
+import static java.util.Map.entry;
+
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.CryptographicToken;
 import java.util.List;
@@ -31,7 +33,7 @@ final class TokenList implements Callable<Integer> {
         Map.of(
             "tokens",
             tokens.stream()
-                .map(token -> Map.of("label", token.label(), "uri", token.toString()))
+                .map(token -> Json.object(entry("label", token.label()), entry("uri", token)))
                 .toList()));
     return ExitCode.OK;
   }
