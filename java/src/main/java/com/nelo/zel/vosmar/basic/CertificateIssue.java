@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import java.nio.file.Path;
+import java.util.Objects;
 
 /**
  * How a certificate shall be issued for a request:
@@ -9,16 +10,15 @@ import java.nio.file.Path;
  * new CertificateIssue("ca", Path.of("server.csr"), Path.of("server.pem")).validFor(90)
  * </pre>
  */
-public final class CertificateIssue {
+public final class CertificateIssue extends SignatureWish<CertificateIssue> {
   private static final int X509_V3 = 3;
   private static final String RANDOM_SERIAL_NUMBER = "";
 
   private final String issuerLabel;
-  private final Path requestFile;
-  private final Path certificateFile;
-  private int validityDays = 365;
+  private final String requestFile;
+  private final String certificateFile;
+  private Validity validity = Validity.OF_A_YEAR;
   private String serialNumber = RANDOM_SERIAL_NUMBER;
-  private SignatureAlgorithm signatureAlgorithm;
   private Encoding encoding = Encoding.BASE64;
 
   /**
@@ -30,9 +30,9 @@ public final class CertificateIssue {
    * @param certificateFile where the certificate is written
    */
   public CertificateIssue(String issuerLabel, Path requestFile, Path certificateFile) {
-    this.issuerLabel = issuerLabel;
-    this.requestFile = requestFile;
-    this.certificateFile = certificateFile;
+    this.issuerLabel = Objects.requireNonNull(issuerLabel);
+    this.requestFile = requestFile.toString();
+    this.certificateFile = certificateFile.toString();
   }
 
   /**
@@ -42,10 +42,7 @@ public final class CertificateIssue {
    * @return this object
    */
   public CertificateIssue validFor(int days) {
-    if (days < 1) {
-      throw new IllegalArgumentException("a certificate is valid for a day at least");
-    }
-    validityDays = days;
+    validity = new Validity(days);
     return this;
   }
 
@@ -56,18 +53,7 @@ public final class CertificateIssue {
    * @return this object
    */
   public CertificateIssue numbered(String number) {
-    serialNumber = number;
-    return this;
-  }
-
-  /**
-   * Sets the digest of the signature. Ed25519 keys ignore it.
-   *
-   * @param algorithm the digest, or null to leave it to the library
-   * @return this object
-   */
-  public CertificateIssue signedWith(SignatureAlgorithm algorithm) {
-    signatureAlgorithm = algorithm;
+    serialNumber = Objects.requireNonNull(number);
     return this;
   }
 
@@ -78,7 +64,7 @@ public final class CertificateIssue {
    * @return this object
    */
   public CertificateIssue writtenAs(Encoding form) {
-    encoding = form;
+    encoding = Objects.requireNonNull(form);
     return this;
   }
 
@@ -91,27 +77,27 @@ public final class CertificateIssue {
   }
 
   String requestFileName() {
-    return requestFile.toString();
+    return requestFile;
   }
 
   String certificateFileName() {
-    return certificateFile.toString();
+    return certificateFile;
   }
 
   int validityDays() {
-    return validityDays;
+    return validity.days();
   }
 
   String serialNumber() {
     return serialNumber;
   }
 
-  /** The digest, or null when it is left to the library. */
-  SignatureAlgorithm signatureAlgorithm() {
-    return signatureAlgorithm;
-  }
-
   boolean isBase64() {
     return encoding.isBase64();
+  }
+
+  @Override
+  CertificateIssue self() {
+    return this;
   }
 }

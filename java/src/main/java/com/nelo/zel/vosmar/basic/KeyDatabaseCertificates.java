@@ -70,7 +70,7 @@ public final class KeyDatabaseCertificates {
    *     the issuer may not issue
    */
   public void issue(CertificateIssue issue) throws CMSKeyDatabaseException {
-    SignatureAlgorithm algorithm = issue.signatureAlgorithm();
+    SignatureAlgorithm algorithm = issue.wishedAlgorithm();
     int code;
     if (algorithm == null) {
       code =

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import java.nio.file.Path;
+import java.util.Objects;
 
 /**
  * What a self-signed certificate shall be like. All but the first three are optional:
@@ -12,17 +13,12 @@ import java.nio.file.Path;
  *     .writtenTo(Path.of("server.pem"), Encoding.BASE64)
  * </pre>
  */
-public final class SelfSignedCertificate {
+public final class SelfSignedCertificate extends NewKeyWish<SelfSignedCertificate> {
   private static final int X509_V3 = 3;
 
-  private final String label;
-  private final DNItem subject;
-  private final KeyType keyType;
-  private int validityDays = 365;
+  private Validity validity = Validity.OF_A_YEAR;
   private boolean defaultKey;
-  private SignatureAlgorithm signatureAlgorithm;
-  private byte[] extensions = {};
-  private Path file;
+  private String file;
   private Encoding encoding = Encoding.BASE64;
 
   /**
@@ -34,9 +30,7 @@ public final class SelfSignedCertificate {
    * @param keyType what key is made for it
    */
   public SelfSignedCertificate(String label, DNItem subject, KeyType keyType) {
-    this.label = label;
-    this.subject = subject;
-    this.keyType = keyType;
+    super(label, subject, keyType);
   }
 
   /**
@@ -46,10 +40,7 @@ public final class SelfSignedCertificate {
    * @return this object
    */
   public SelfSignedCertificate validFor(int days) {
-    if (days < 1) {
-      throw new IllegalArgumentException("a certificate is valid for a day at least");
-    }
-    validityDays = days;
+    validity = new Validity(days);
     return this;
   }
 
@@ -64,28 +55,6 @@ public final class SelfSignedCertificate {
   }
 
   /**
-   * Sets the digest of the signature. Ed25519 keys ignore it.
-   *
-   * @param algorithm the digest, or null to leave it to the library
-   * @return this object
-   */
-  public SelfSignedCertificate signedWith(SignatureAlgorithm algorithm) {
-    signatureAlgorithm = algorithm;
-    return this;
-  }
-
-  /**
-   * Sets the extensions, in place of those of a CA.
-   *
-   * @param der a DER {@code Extensions} (RFC&nbsp;5280, section 4.1)
-   * @return this object
-   */
-  public SelfSignedCertificate withExtensions(byte[] der) {
-    extensions = der.clone();
-    return this;
-  }
-
-  /**
    * Has the certificate written to a file as well.
    *
    * @param path the file
@@ -93,8 +62,8 @@ public final class SelfSignedCertificate {
    * @return this object
    */
   public SelfSignedCertificate writtenTo(Path path, Encoding as) {
-    file = path;
-    encoding = as;
+    file = path.toString();
+    encoding = Objects.requireNonNull(as);
     return this;
   }
 
@@ -102,44 +71,25 @@ public final class SelfSignedCertificate {
     return X509_V3;
   }
 
-  String label() {
-    return label;
-  }
-
-  DNItem subject() {
-    return subject;
-  }
-
-  KeyType keyType() {
-    return keyType;
-  }
-
   int validityDays() {
-    return validityDays;
+    return validity.days();
   }
 
   boolean isDefaultKey() {
     return defaultKey;
   }
 
-  /** Whether the digest and the extensions are left to the library. */
-  boolean isPlain() {
-    return signatureAlgorithm == null && extensions.length == 0;
-  }
-
-  SignatureAlgorithm signatureAlgorithm() {
-    return signatureAlgorithm == null ? SignatureAlgorithm.SHA256 : signatureAlgorithm;
-  }
-
-  byte[] extensions() {
-    return extensions;
-  }
-
+  /** The file, or null when none is written. */
   String fileName() {
-    return file == null ? null : file.toString();
+    return file;
   }
 
   boolean isBase64() {
     return encoding.isBase64();
+  }
+
+  @Override
+  SelfSignedCertificate self() {
+    return this;
   }
 }
