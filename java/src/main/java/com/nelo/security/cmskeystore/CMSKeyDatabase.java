@@ -1,5 +1,7 @@
 package com.nelo.security.cmskeystore;
 
+import static java.util.Objects.requireNonNull;
+
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.KMSystem;
 import java.nio.file.Path;
@@ -17,6 +19,10 @@ import java.util.List;
  * collector overwrites it.
  *
  * <p>Pending requests are listed and deleted, but there is no item to read one into.
+ *
+ * <p>An argument is null only where its description says so: the native methods do not look, and a
+ * missing text would end the virtual machine. Public methods do, and throw a {@link
+ * NullPointerException}.
  *
  * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
  * database is looked at again to learn the reason, so the reason told may be of a moment later.
@@ -165,7 +171,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), label, false);
+    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
     if (item == null) {
       throw noKey(label);
     }
@@ -180,7 +186,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), label);
+    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
     if (items == null) {
       throw noKey(label);
     }
@@ -214,7 +220,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
-    boolean present = c_IsPrivateKeyPresent(file, password(), label);
+    boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
     if (!present && !labels().keys().contains(label)) {
       throw failure(NO_SUCH_LABEL, label);
     }
@@ -239,8 +245,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
     int keyLength = privateKey == null ? 0 : privateKey.length;
     check(
         c_InsertKey(
-            file, password(), label, certificate.length, certificate, keyLength, privateKey,
-            trusted, makeDefault),
+            file, password(), requireNonNull(label), certificate.length, certificate, keyLength,
+            privateKey, trusted, makeDefault),
         label);
   }
 
@@ -251,7 +257,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), label, false), label);
+    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
   }
 
   /**
@@ -261,7 +267,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), label, true), label);
+    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
   }
 
   /**

@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
+import static java.util.Objects.requireNonNull;
+
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.time.Duration;
@@ -20,6 +22,10 @@ import java.util.Optional;
  *
  * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
  * database is looked at again to learn the reason, so the reason told may be of a moment later.
+ *
+ * <p>An argument is null only where its description says so: the native methods do not look, and a
+ * missing text would end the virtual machine. Public methods do, and throw a {@link
+ * NullPointerException}.
  *
  * <p>The library looks for its native methods in this class only, so they stand here for the whole
  * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link Pkcs7File} and {@link
@@ -198,7 +204,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), label, false);
+    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
     if (item == null) {
       throw noEntry(label, labels().keys());
     }
@@ -213,7 +219,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), label, true);
+    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), true);
     if (item == null) {
       throw noEntry(label, labels().requests());
     }
@@ -242,7 +248,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
-    boolean present = c_IsPrivateKeyPresent(file, password(), label);
+    boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
     if (!present && !labels().keys().contains(label)) {
       throw noEntry(label, List.of());
     }
@@ -257,7 +263,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), label);
+    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
     if (items == null) {
       throw noEntry(label, labels().keys());
     }
@@ -296,8 +302,9 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
       throws CMSKeyDatabaseException {
     check(
         c_InsertKey(
-            file, password(), label, certificate.length, certificate, 0, null, trusted, false),
-            label);
+            file, password(), requireNonNull(label), certificate.length, certificate, 0, null,
+            trusted, false),
+        label);
   }
 
   /**
@@ -317,8 +324,9 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
       throws CMSKeyDatabaseException {
     check(
         c_InsertKey(
-            file, password(), label, certificate.length, certificate, privateKey.length, privateKey,
-            trusted, makeDefault), label);
+            file, password(), requireNonNull(label), certificate.length, certificate,
+            privateKey.length, privateKey, trusted, makeDefault),
+        label);
   }
 
   /**
@@ -334,8 +342,9 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
       throws CMSKeyDatabaseException {
     check(
         c_InsertReqKey(
-            file, password(), label, request.length, request, privateKey.length, privateKey),
-            label);
+            file, password(), requireNonNull(label), request.length, request, privateKey.length,
+            privateKey),
+        label);
   }
 
   /**
@@ -345,7 +354,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), label, false), label);
+    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
   }
 
   /**
@@ -355,7 +364,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), label, true), label);
+    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
   }
 
   /**
@@ -365,7 +374,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public void setDefaultKey(String label) throws CMSKeyDatabaseException {
-    check(c_SetDefaultKey(file, password(), label), label);
+    check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
   }
 
   /**
@@ -376,7 +385,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @throws CMSKeyDatabaseException with code 117 when no key has the label
    */
   public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
-    check(c_SetKeyTrust(file, password(), label, trusted), label);
+    check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
   }
 
   /**

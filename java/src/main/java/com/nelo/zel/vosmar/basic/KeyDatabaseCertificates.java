@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
+import static java.util.Objects.requireNonNull;
+
 import java.nio.file.Path;
 
 /**
@@ -114,7 +116,9 @@ public final class KeyDatabaseCertificates {
    */
   public void addCa(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException {
     db.check(
-        db.c_AddCaCert(db.file, db.password(), label, source.toString(), encoding.isBase64()),
+        db.c_AddCaCert(
+            db.file, db.password(), requireNonNull(label), source.toString(),
+            encoding.isBase64()),
         label);
   }
 
@@ -169,7 +173,9 @@ public final class KeyDatabaseCertificates {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
-    db.check(db.c_ExtractCertReq(db.file, db.password(), label, target.toString()), label);
+    db.check(
+        db.c_ExtractCertReq(db.file, db.password(), requireNonNull(label), target.toString()),
+        label);
   }
 
   /**
@@ -184,7 +190,8 @@ public final class KeyDatabaseCertificates {
       throws CMSKeyDatabaseException {
     db.check(
         db.c_ExtractCertReqSig(
-            db.file, db.password(), label, algorithm.selector(), target.toString()),
+            db.file, db.password(), requireNonNull(label), algorithm.selector(),
+            target.toString()),
         label);
   }
 
@@ -198,7 +205,9 @@ public final class KeyDatabaseCertificates {
    */
   public void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException {
     db.check(
-        db.c_ExtractCert(db.file, db.password(), label, target.toString(), encoding.isBase64()),
+        db.c_ExtractCert(
+            db.file, db.password(), requireNonNull(label), target.toString(),
+            encoding.isBase64()),
         label);
   }
 }

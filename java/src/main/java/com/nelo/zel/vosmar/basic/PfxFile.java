@@ -20,20 +20,21 @@ public final class PfxFile {
   public static void write(
       CMSKeyDatabase db, Path target, char[] targetPassword, List<String> labels)
       throws CMSKeyDatabaseException {
-    if (labels.isEmpty()) {
+    List<String> wanted = List.copyOf(labels);
+    if (wanted.isEmpty()) {
       throw new IllegalArgumentException("there is nothing to export");
     }
     // Given two labels or more, the native method loses the first and exports the others. So several
     // labels go behind one that may be lost; a single label is exported as it stands.
-    List<String> given = new ArrayList<>(labels);
-    if (labels.size() > 1) {
-      given.add(0, labels.get(0));
+    List<String> given = new ArrayList<>(wanted);
+    if (wanted.size() > 1) {
+      given.add(0, wanted.get(0));
     }
     db.check(
         db.c_ExportToPFXFile(
             db.file, db.password(), target.toString(), new String(targetPassword),
             given.toArray(String[]::new)),
-        String.join(", ", labels));
+        String.join(", ", wanted));
   }
 
   /**

@@ -4,7 +4,7 @@ import java.nio.file.Path;
 
 /** A key database of the WEBDB type. */
 public final class WEBDBKeyDatabase {
-  private final Path file;
+  private final String file;
 
   /**
    * Names a key database.
@@ -12,7 +12,7 @@ public final class WEBDBKeyDatabase {
    * @param file its file
    */
   public WEBDBKeyDatabase(Path file) {
-    this.file = file;
+    this.file = file.toString();
   }
 
   /**
@@ -24,7 +24,7 @@ public final class WEBDBKeyDatabase {
    */
   public boolean isPasswordRequired() throws CMSKeyDatabaseException {
     KMSystem.start();
-    return c_IsPasswordRequired(file.toString());
+    return c_IsPasswordRequired(file);
   }
 
   private native boolean c_IsPasswordRequired(String keyDbFileName);
