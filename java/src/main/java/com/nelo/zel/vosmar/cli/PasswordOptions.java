@@ -1,28 +1,58 @@
 package com.nelo.zel.vosmar.cli;
 
 import java.nio.file.Path;
+import picocli.CommandLine.Command;
+import picocli.CommandLine.Model.ArgGroupSpec;
+import picocli.CommandLine.Model.CommandSpec;
+import picocli.CommandLine.Model.OptionSpec;
+import picocli.CommandLine.Spec;
+import picocli.CommandLine.Spec.Target;
 
-/** The options that give one password: by environment variable, by file, else by prompt. */
+/**
+ * The options that give one password: by environment variable, by file, else by prompt. They are made
+ * here, since annotations could not take their names from a subclass.
+ */
+@Command
 abstract class PasswordOptions {
   private final Secrets secrets;
   private final String what;
   private final String option;
+  private final OptionSpec variable;
+  private final OptionSpec file;
 
-  /** The options are the given one with -env and -file at its end. */
-  PasswordOptions(Secrets secrets, String what, String option) {
+  /**
+   * The options are the given one with -env and -file at its end.
+   *
+   * @param what the password as a question names it
+   * @param described the password as the options' descriptions name it
+   */
+  PasswordOptions(Secrets secrets, String option, String what, String described) {
     this.secrets = secrets;
     this.what = what;
     this.option = option;
+    this.variable =
+        OptionSpec.builder(option + "-env")
+            .type(String.class)
+            .paramLabel("VARIABLE")
+            .description("Take " + described + " from this environment variable.")
+            .build();
+    this.file =
+        OptionSpec.builder(option + "-file")
+            .type(Path.class)
+            .paramLabel("FILE")
+            .description(
+                "Take " + described + " from the first line of this file; - is standard input.")
+            .build();
   }
 
-  /** The value of the option that names an environment variable, or null. */
-  abstract String environmentVariable();
-
-  /** The value of the option that names a file, or null. */
-  abstract Path file();
+  /** Called by picocli for the command that has these options, of which one may be given. */
+  @Spec(Target.MIXEE)
+  private void addTo(CommandSpec command) {
+    command.addArgGroup(ArgGroupSpec.builder().addArg(variable).addArg(file).build());
+  }
 
   boolean given() {
-    return environmentVariable() != null || file() != null;
+    return variable.getValue() != null || file.getValue() != null;
   }
 
   /** A password that exists already. */
@@ -37,11 +67,11 @@ abstract class PasswordOptions {
 
   /** The same for what is called otherwise in a question. */
   final char[] read(String what, boolean confirm) {
-    if (environmentVariable() != null) {
-      return secrets.fromEnvironment(environmentVariable());
+    if (variable.getValue() != null) {
+      return secrets.fromEnvironment(variable.getValue());
     }
-    if (file() != null) {
-      return secrets.fromFile(file());
+    if (file.getValue() != null) {
+      return secrets.fromFile(file.getValue());
     }
     if (!secrets.hasTerminal()) {
       throw new SecretException(

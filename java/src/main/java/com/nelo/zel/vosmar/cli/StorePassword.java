@@ -5,33 +5,11 @@ import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.CryptographicToken;
 import java.nio.file.Path;
 import java.util.Arrays;
-import picocli.CommandLine.ArgGroup;
-import picocli.CommandLine.Option;
 
 /** The password of the key database, or the PIN of the token, that a command works on. */
 final class StorePassword extends PasswordOptions {
-  private static final String OPTION = "--password";
-
-  @ArgGroup private Source source = new Source();
-
-  private static final class Source {
-    @Option(
-        names = OPTION + "-env",
-        paramLabel = "VARIABLE",
-        description = "Take the password, or the PIN of a token, from this environment variable.")
-    private String variable;
-
-    @Option(
-        names = OPTION + "-file",
-        paramLabel = "FILE",
-        description =
-            "Take the password, or the PIN of a token, from the first line of this file; - is standard"
-                + " input.")
-    private Path path;
-  }
-
   StorePassword(Secrets secrets) {
-    super(secrets, "database password", OPTION);
+    super(secrets, "--password", "database password", "the password, or the PIN of a token,");
   }
 
   /**
@@ -65,15 +43,5 @@ final class StorePassword extends PasswordOptions {
 
   char[] pin() {
     return read("token PIN", false);
-  }
-
-  @Override
-  String environmentVariable() {
-    return source.variable;
-  }
-
-  @Override
-  Path file() {
-    return source.path;
   }
 }
