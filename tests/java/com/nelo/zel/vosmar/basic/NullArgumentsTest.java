@@ -59,8 +59,15 @@ class NullArgumentsTest {
       Set.of(
           "com.nelo.security.cmskeystore.CMSKeyDatabase.insertKey 2",
           "com.nelo.zel.vosmar.basic.CertificateIssue.signedWith 0",
+          "com.nelo.zel.vosmar.basic.CryptographicToken.open 2",
+          "com.nelo.zel.vosmar.basic.CryptographicToken.useSecondaryKeyDatabase 0",
+          "com.nelo.zel.vosmar.basic.CryptographicToken.useSecondaryKeyDatabase 1",
+          "com.nelo.zel.vosmar.basic.MSCertificateStore.importCertificate 2",
+          "com.nelo.zel.vosmar.basic.MSCertificateStore.open 1",
           "com.nelo.zel.vosmar.basic.NewCertificateRequest.signedWith 0",
-          "com.nelo.zel.vosmar.basic.SelfSignedCertificate.signedWith 0");
+          "com.nelo.zel.vosmar.basic.SelfSignedCertificate.signedWith 0",
+          "com.nelo.zel.vosmar.basic.TokenCertificates.importCertificate 2",
+          "com.nelo.zel.vosmar.basic.TokenCertificates.importRequest 2");
 
   @ParameterizedTest(name = "{0} {1}", autoCloseArguments = false)
   @MethodSource("publicMethodsByArgument")
@@ -84,8 +91,13 @@ class NullArgumentsTest {
   }
 
   static Stream<Arguments> publicMethodsByArgument() throws ReflectiveOperationException {
+    CryptographicToken token =
+        make(CryptographicToken.class, "/nonexistent/module.so", "token", new char[] {'a'});
     return Stream.of(
-            legacyDatabase(),
+            make(com.nelo.security.cmskeystore.CMSKeyDatabase.class, FILE, new char[] {'a'}),
+            token,
+            token.certificates(),
+            make(MSCertificateStore.class, "Nobody/None", new char[] {'a'}),
             DATABASE,
             DATABASE.certificates(),
             CERTIFICATE,
@@ -140,12 +152,17 @@ class NullArgumentsTest {
     return sample;
   }
 
-  private static Object legacyDatabase() throws ReflectiveOperationException {
-    var constructor =
-        com.nelo.security.cmskeystore.CMSKeyDatabase.class.getDeclaredConstructor(
-            Path.class, char[].class);
+  /** An object that remembers what is not there, made past the methods that would open it. */
+  private static <T> T make(Class<T> type, Object... arguments)
+      throws ReflectiveOperationException {
+    var parameters = Stream.of(arguments).map(NullArgumentsTest::parameterFor).toArray(Class[]::new);
+    var constructor = type.getDeclaredConstructor(parameters);
     constructor.setAccessible(true);
-    return constructor.newInstance(FILE, new char[] {'a'});
+    return constructor.newInstance(arguments);
+  }
+
+  private static Class<?> parameterFor(Object argument) {
+    return argument instanceof Path ? Path.class : argument.getClass();
   }
 
   private interface Call {

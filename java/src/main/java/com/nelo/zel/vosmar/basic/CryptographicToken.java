@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
+import static java.util.Objects.requireNonNull;
+
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
@@ -13,8 +15,8 @@ import java.util.List;
  *
  * <p>An object of this class remembers a module, a token's label and its password. It keeps no session
  * open: each operation opens the token, works, and closes it. {@link #close()} wipes the password.
- * What {@link CMSKeyDatabase} says of passwords and strings holds here too, and so does what it says of
- * reasons that are told a moment later.
+ * What {@link CMSKeyDatabase} says of passwords and strings, of missing arguments, and of reasons that
+ * are told a moment later, holds here too.
  *
  * <p>A secondary key database can stand beside a token: issuers that the token has no room for are
  * looked up there, and the signers that come along with a personal certificate are put there.
@@ -38,8 +40,8 @@ public final class CryptographicToken extends PasswordHolder {
 
   private CryptographicToken(String module, String tokenLabel, char[] password) {
     super(module + ", " + tokenLabel, password);
-    this.module = module;
-    this.tokenLabel = tokenLabel;
+    this.module = requireNonNull(module);
+    this.tokenLabel = requireNonNull(tokenLabel);
   }
 
   /**
@@ -62,7 +64,7 @@ public final class CryptographicToken extends PasswordHolder {
     KMSystem.start();
     synchronized (TOKEN_LABELS) {
       TOKEN_LABELS.clear();
-      int code = c_GetCryptoTokenLabelList(module);
+      int code = c_GetCryptoTokenLabelList(requireNonNull(module));
       if (code != 0) {
         throw new CMSKeyDatabaseException(code, module);
       }
@@ -122,7 +124,7 @@ public final class CryptographicToken extends PasswordHolder {
       String module, String tokenLabel, char[] oldPassword, char[] newPassword)
       throws CMSKeyDatabaseException {
     KMSystem.start();
-    try (CryptographicToken token = new CryptographicToken(module, tokenLabel, oldPassword)) {
+    try (CryptographicToken token = new CryptographicToken(module, tokenLabel, requireNonNull(oldPassword))) {
       token.check(
           token.c_ChangeKeyDbPwd(
               token.module, tokenLabel, token.password(), new String(newPassword)));
@@ -170,7 +172,7 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(module, tokenLabel, password(), label, false);
+    KeyItem item = c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false);
     if (item == null) {
       Labels listed = labels();
       boolean known = listed.personal().contains(label) || listed.signers().contains(label);
@@ -187,7 +189,7 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(module, tokenLabel, password(), label, true);
+    KeyItem item = c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true);
     if (item == null) {
       boolean known = labels().requests().contains(label);
       throw failure(known ? READ_FAILED : NO_SUCH_LABEL, label);
@@ -202,7 +204,7 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), label, false), label);
+    check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false), label);
   }
 
   /**
@@ -212,7 +214,7 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), label, true), label);
+    check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true), label);
   }
 
   /** Wipes the passwords. The token can be used no longer through this object. */

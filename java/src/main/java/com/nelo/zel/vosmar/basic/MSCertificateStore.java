@@ -1,9 +1,10 @@
 package com.nelo.zel.vosmar.basic;
 
+import static java.util.Objects.requireNonNull;
+
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
-import java.util.Objects;
 
 /**
  * A certificate store of the current user, such as {@code CurrentUser/My}: certificates with their
@@ -12,8 +13,8 @@ import java.util.Objects;
  * <p>A store is named by its cryptographic service provider (CSP); {@link #list} tells the names. An
  * object of this class remembers such a name and a password. It keeps nothing open: each operation
  * opens the store, works, and closes it. {@link #close()} wipes the password. What {@link
- * CMSKeyDatabase} says of passwords and strings holds here too, and so does what it says of reasons
- * that are told a moment later.
+ * CMSKeyDatabase} says of passwords and strings, of missing arguments, and of reasons that are told a
+ * moment later, holds here too.
  */
 public final class MSCertificateStore extends PasswordHolder {
   private static final int READ_FAILED = 12;
@@ -31,7 +32,7 @@ public final class MSCertificateStore extends PasswordHolder {
 
   private MSCertificateStore(String cspName, char[] password) {
     super(cspName, password);
-    this.cspName = Objects.requireNonNull(cspName);
+    this.cspName = requireNonNull(cspName);
   }
 
   /**
@@ -105,7 +106,7 @@ public final class MSCertificateStore extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when no entry has the label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(cspName, password(), label);
+    KeyItem item = c_GetKeyItemByLabel(cspName, password(), requireNonNull(label));
     if (item == null) {
       throw failure(labels().all().contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
     }
@@ -120,9 +121,7 @@ public final class MSCertificateStore extends PasswordHolder {
    * @throws CMSKeyDatabaseException when the store cannot be opened or read
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    // The native method hands the label on without looking at it.
-    Objects.requireNonNull(label);
-    return listOf(c_GetKeyItemListByLabel(cspName, password(), label));
+    return listOf(c_GetKeyItemListByLabel(cspName, password(), requireNonNull(label)));
   }
 
   /**
@@ -146,7 +145,7 @@ public final class MSCertificateStore extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when no entry has the label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(cspName, password(), label), label);
+    check(c_DeleteKeyItemByLabel(cspName, password(), requireNonNull(label)), label);
   }
 
   /**
@@ -163,7 +162,7 @@ public final class MSCertificateStore extends PasswordHolder {
         c_ImportCertificate(
             cspName,
             password(),
-            label,
+            requireNonNull(label),
             certificate.length,
             certificate,
             privateKey == null ? 0 : privateKey.length,
@@ -183,7 +182,8 @@ public final class MSCertificateStore extends PasswordHolder {
       throws CMSKeyDatabaseException {
     check(
         c_AddSignerCertificate(
-            cspName, password(), label, certificate.toString(), encoding.isBase64()),
+            cspName, password(), requireNonNull(label), certificate.toString(),
+            encoding.isBase64()),
         label);
   }
 
@@ -204,7 +204,7 @@ public final class MSCertificateStore extends PasswordHolder {
             cspName,
             password(),
             certificate.version(),
-            Objects.requireNonNull(certificate.label()),
+            certificate.label(),
             certificate.keyType().selector(),
             certificate.subject(),
             certificate.validityDays(),

@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
+import static java.util.Objects.requireNonNull;
+
 import java.nio.file.Path;
 
 /**
@@ -42,8 +44,8 @@ public final class TokenCertificates {
     token.check(
         token.c_ImportCertificate(
             token.module, token.tokenLabel, token.password(), token.secondaryFile(),
-            token.secondaryPassword(), label, certificate.length, certificate, lengthOf(privateKey),
-            privateKey),
+            token.secondaryPassword(), requireNonNull(label), certificate.length, certificate,
+            lengthOf(privateKey), privateKey),
         label);
   }
 
@@ -59,8 +61,8 @@ public final class TokenCertificates {
       throws CMSKeyDatabaseException {
     token.check(
         token.c_AddSignerCertificate(
-            token.module, token.tokenLabel, token.password(), label, source.toString(),
-            encoding.isBase64()),
+            token.module, token.tokenLabel, token.password(), requireNonNull(label),
+            source.toString(), encoding.isBase64()),
         label);
   }
 
@@ -76,8 +78,8 @@ public final class TokenCertificates {
       throws CMSKeyDatabaseException {
     token.check(
         token.c_ExtractCertificate(
-            token.module, token.tokenLabel, token.password(), label, target.toString(),
-            encoding.isBase64()),
+            token.module, token.tokenLabel, token.password(), requireNonNull(label),
+            target.toString(), encoding.isBase64()),
         label);
   }
 
@@ -112,8 +114,8 @@ public final class TokenCertificates {
       throws CMSKeyDatabaseException {
     token.check(
         token.c_ImportPersonalCertificateRequest(
-            token.module, token.tokenLabel, token.password(), label, request.length, request,
-            lengthOf(privateKey), privateKey),
+            token.module, token.tokenLabel, token.password(), requireNonNull(label),
+            request.length, request, lengthOf(privateKey), privateKey),
         label);
   }
 
@@ -127,7 +129,8 @@ public final class TokenCertificates {
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
     token.check(
         token.c_ExtractPersonalCertificateRequest(
-            token.module, token.tokenLabel, token.password(), label, target.toString()),
+            token.module, token.tokenLabel, token.password(), requireNonNull(label),
+            target.toString()),
         label);
   }
 
@@ -143,8 +146,8 @@ public final class TokenCertificates {
       throws CMSKeyDatabaseException {
     token.check(
         token.c_RecreatePersonalCertificateRequest(
-            token.module, token.tokenLabel, token.password(), label, algorithm.selector(),
-            target.toString()),
+            token.module, token.tokenLabel, token.password(), requireNonNull(label),
+            algorithm.selector(), target.toString()),
         label);
   }
 
