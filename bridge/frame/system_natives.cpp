@@ -39,9 +39,11 @@ jint Java_com_nelo_zel_vosmar_basic_KMSystem_c_1ZELKMInitDebug(JNIEnv* env, jcla
     return Java_com_nelo_zel_vosmar_basic_KMSystem_c_1ZELKMInit(env, clazz, traceOn);
   }
   openDebugLog("vsmjdbg.log");
+  // GCOVR_EXCL_BR_START: the log is on, so no trace below is skipped.
   traceMessage("JNI_KMSystem::ZELKMInitDebug 0010, before ZELKM_StartTrace\n");
   const int rc = ZELKM_StartTrace("specialDifferentLogTag", "vsmcdbg.log", 8, 4096);
   traceMessage("JNI_KMSystem::ZELKMInitDebug 0020, rc=%d\n", rc);
+  // GCOVR_EXCL_BR_STOP
   if (traceOn == JNI_FALSE) return ZELKM_Init();
   return Java_com_nelo_zel_vosmar_basic_KMSystem_c_1ZELKMInit(env, clazz, JNI_TRUE);
 }

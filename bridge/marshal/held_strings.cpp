@@ -4,7 +4,9 @@
 
 namespace zel::bridge {
 
-HeldStrings::~HeldStrings() { assert(count_ == 0 && "release the strings or leave them held"); }
+HeldStrings::~HeldStrings() {
+  assert(count_ == 0 && "release the strings or leave them held");  // GCOVR_EXCL_BR_LINE: aborts
+}
 
 const char* HeldStrings::take(jstring string, TextTrace trace) {
   const char* text = acquire(string);
@@ -34,7 +36,7 @@ void HeldStrings::releaseAll() {
 }
 
 void HeldStrings::releaseInOrder(std::initializer_list<const char*> texts) {
-  assert(texts.size() == count_);
+  assert(texts.size() == count_);  // GCOVR_EXCL_BR_LINE: aborts
   for (const char* text : texts) {
     for (std::size_t i = 0; i < count_; ++i) {
       if (held_[i].text == text) release(held_[i]);
@@ -46,7 +48,7 @@ void HeldStrings::releaseInOrder(std::initializer_list<const char*> texts) {
 void HeldStrings::leaveHeld() { count_ = 0; }
 
 const char* HeldStrings::acquire(jstring string) {
-  assert(count_ < held_.size());
+  assert(count_ < held_.size());  // GCOVR_EXCL_BR_LINE: aborts
   const char* text = env_->GetStringUTFChars(string, nullptr);
   held_[count_++] = {string, text};
   return text;

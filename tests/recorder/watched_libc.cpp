@@ -1,5 +1,7 @@
 #include "tests/recorder/watched_libc.h"
 
+#include <dlfcn.h>
+
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -76,6 +78,7 @@ FILE* __real_fopen(const char* name, const char* mode);
 size_t __real_fread(void* out, size_t size, size_t count, FILE* file);
 int __real_fclose(FILE* file);
 time_t __real_time(time_t* out);
+int __real_dladdr(const void* address, Dl_info* info);
 
 void* __wrap_malloc(size_t size) {
   if (!bridgeIsRunning()) return __real_malloc(size);
@@ -148,6 +151,11 @@ time_t __wrap_time(time_t* out) {
   if (!bridgeIsRunning()) return __real_time(out);
   if (out != nullptr) *out = watchedLibc().now;
   return watchedLibc().now;
+}
+
+int __wrap_dladdr(const void* address, Dl_info* info) {
+  if (bridgeIsRunning() && !watchedLibc().loadedFromFile) return 0;
+  return __real_dladdr(address, info);
 }
 
 }  // extern "C"

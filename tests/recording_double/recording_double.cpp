@@ -64,10 +64,10 @@ void OperationCall::setsFlag(unsigned char* out) {
 void OperationCall::handsOutBuffer(unsigned char** out, uint32_t* length, const Bytes& bytes) {
   if (*out != nullptr || *length != 0) wrong("is given an output that was not cleared");
   if (!writesOutputs()) return;
-  *out = copyOf(bytes);
+  *out = library().losesBuffers ? nullptr : copyOf(bytes);
   *length = static_cast<uint32_t>(bytes.size());
   if (*out == nullptr) {
-    outputs_ += ", null, 0";
+    outputs_ += ", null, " + std::to_string(*length);
     return;
   }
   outputs_ += ", " + recorder().owned.take(Kind::kBuffer, *out, std::free) + " " +

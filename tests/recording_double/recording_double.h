@@ -43,6 +43,9 @@ struct RecordingDouble {
   /** Outputs are written on failures too, as a library of another make might do. */
   bool outputsDespiteErrors = false;
 
+  /** Buffers are handed out as null, with the length that they should have. */
+  bool losesBuffers = false;
+
   /** Opening succeeds with the handle 0. */
   bool opensWithoutHandle = false;
 

@@ -174,6 +174,30 @@ TEST_F(ReceiveCert, FreesABufferThatCameWithAnError) {
   )");
 }
 
+TEST_F(ReceiveCert, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
+  library().losesBuffers = true;
+  library().answers["ZELKM_ReceiveCert"] = 65;
+  call(c_ReceiveCert, text("a.kdb"), text("secret"), text("a.arm"), JNI_TRUE, JNI_FALSE);
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetStringUTFChars("a.arm")
+    trace JNI_DEBUG......cCertFileName = a.arm
+    ZELKM_Base64DecodeFileToBuf("a.arm") = 0, null, 2
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_ReceiveCert(1, null, 2, 0) = 65
+    ZELKM_CloseKeyDb(1) = 0
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("a.arm")
+    return 65
+    held nothing
+  )");
+}
+
 TEST_F(ReceiveCert, FreesTheBufferWhenTheOpenFails) {
   library().answers["ZELKM_OpenKeyDb"] = 16;
   call(c_ReceiveCert, text("a.kdb"), text("wrong"), text("a.arm"), JNI_TRUE, JNI_FALSE);

@@ -262,6 +262,24 @@ TEST_F(StoreAddSignerCertificate, OpensNoStoreWithoutMemory) {
   )");
 }
 
+TEST_F(StoreAddSignerCertificate, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
+  library().losesBuffers = true;
+  library().answers["ZELKM_StoreCACert"] = 65;
+  add(JNI_TRUE);
+  EXPECT_TRANSCRIPT(kStoreStrings + kLabelAndFile + R"(
+    ZELKM_Base64DecodeFileToBuf("cert") = 0, null, 2
+  )" + kStoreOpened +
+                    R"(
+    ZELKM_StoreCACert(1, null, 2, "my ca") = 65
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kStoreReleases +
+                    kLabelAndFileReleased +
+                    R"(
+    return 65
+    held nothing
+  )");
+}
+
 TEST_F(StoreAddSignerCertificate, FreesTheBufferWhenTheOpenFails) {
   library().answers["ZELKM_OpenKeyDbX"] = 139;
   add(JNI_TRUE);

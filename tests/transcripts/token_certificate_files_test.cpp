@@ -110,6 +110,24 @@ TEST_F(TokenAddSignerCertificate, OpensNoTokenForAFileThatCannotBeRead) {
   )");
 }
 
+TEST_F(TokenAddSignerCertificate, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
+  library().losesBuffers = true;
+  library().answers["ZELKM_StoreCACert"] = 65;
+  add(JNI_TRUE);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelAndFile + R"(
+    ZELKM_Base64DecodeFileToBuf("cert") = 0, null, 2
+  )" + kTokenOpened +
+                    R"(
+    ZELKM_StoreCACert(1, null, 2, "my ca") = 65
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kTokenReleases +
+                    kLabelAndFileReleased +
+                    R"(
+    return 65
+    held nothing
+  )");
+}
+
 TEST_F(TokenAddSignerCertificate, FreesTheBufferWhenTheOpenFails) {
   library().answers["ZELKM_OpenKeyDbX"] = 137;
   add(JNI_TRUE);

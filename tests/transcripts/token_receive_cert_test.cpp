@@ -186,6 +186,27 @@ TEST_F(ReceivePersonalCertificate, OpensNothingWithoutMemory) {
   )");
 }
 
+TEST_F(ReceivePersonalCertificate, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
+  library().losesBuffers = true;
+  library().answers["ZELKM_ReceiveCert"] = 65;
+  receive("cert", JNI_TRUE);
+  EXPECT_TRANSCRIPT(kAllStrings + R"(
+    ZELKM_Base64DecodeFileToBuf("cert") = 0, null, 2
+  )" + kTokenOpened +
+                    R"(
+    ZELKM_OpenKeyDbX({type 1, file "a.kdb", password "secret"}) = 0, handle 2
+    ZELKM_SetSecondaryKeyDb(1, 2) = 0
+    ZELKM_ReceiveCert(1, null, 2, 0) = 65
+    ZELKM_UnsetSecondaryKeyDb(1) = 0
+    ZELKM_CloseKeyDb(2) = 0
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kAllReleases +
+                    R"(
+    return 65
+    held nothing
+  )");
+}
+
 TEST_F(ReceivePersonalCertificate, FreesTheBufferWhenTheTokenCannotBeOpened) {
   library().answers["ZELKM_OpenKeyDbX"] = 137;
   receive("cert", JNI_TRUE);

@@ -2,7 +2,6 @@
 
 #include <cstdlib>
 
-#include "bridge/frame/library_path.h"
 #include "bridge/frame/load.h"
 #include "com_nelo_zel_vosmar_basic_KMSystem.h"
 #include "tests/transcripts/native_test.h"
@@ -123,24 +122,6 @@ TEST_F(Trace, LosesALogLineWithoutMemoryAndGoesOn) {
     malloc(154) = block#1
     vsmjdbg.log 20240229|23:59:58 || two
   )");
-}
-
-TEST(LibraryPath, IsThePathOfTheLoadedFile) {
-  char* path = bridge::getLibraryPath();
-  char* self = realpath("/proc/self/exe", nullptr);
-  EXPECT_STREQ(path, self);
-  std::free(path);
-  std::free(self);
-}
-
-TEST(LibraryPath, IsNullWithoutMemory) {
-  recorder().reset();
-  recorder().faults.failCall("malloc", 1);
-  {
-    const BridgeCall call;
-    EXPECT_EQ(bridge::getLibraryPath(), nullptr);
-  }
-  recorder().reset();
 }
 
 }  // namespace
