@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 
 #include "engine/cms/names.h"
@@ -36,8 +35,13 @@ std::string TemporaryFolder::write(std::string_view name, sys::ByteView bytes) c
 }
 
 sys::Bytes TemporaryFolder::read(std::string_view name) const {
-  std::ifstream file(path(name), std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const std::string where = path(name);
+  std::error_code missing;
+  const std::uintmax_t size = std::filesystem::file_size(where, missing);
+  sys::Bytes bytes(missing ? 0 : static_cast<std::size_t>(size));
+  std::ifstream(where, std::ios::binary)
+      .read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+  return bytes;
 }
 
 CommandResult run(const std::string& command) {

@@ -15,9 +15,8 @@
 // at the present time; most of the certificates end on the last day of 2030.
 //
 // Run are the cases whose outcome depends on the certificates alone. Left out are
-//  - 4.4, 4.14 and 4.15, of 4.5 tests 2, 5 and 7, of 4.7 tests 4 and 5: they revoke a certificate
-//  or
-//    want a CRL, and revocation is not looked at;
+//  - 4.4, 4.14 and 4.15, of 4.5 tests 2, 5 and 7, of 4.7 tests 4 and 5: revocation, which is not
+//    looked at;
 //  - 4.8 to 4.12: certificate policies, which are not looked at either.
 
 namespace zel::km {

@@ -1,0 +1,146 @@
+#include "tests/engine/errors/faults.h"
+#include "tests/engine/errors/provocation.h"
+
+// What may happen to any operation; handles; and what is not built, or not installed.
+
+namespace zel::km::errors {
+
+namespace {
+
+/** Every operation on a handle. */
+Names operationsOnHandles() {
+  return {"ZELKM_CloseKeyDb",
+          "ZELKM_SetSecondaryKeyDb",
+          "ZELKM_UnsetSecondaryKeyDb",
+          "ZELKM_GetKeyDbLabelList",
+          "ZELKM_GetReqKeyDbLabelList",
+          "ZELKM_GetKeyItemByLabel",
+          "ZELKM_GetKeyItemListByLabel",
+          "ZELKM_GetKeyItemsByPublicKey",
+          "ZELKM_GetDefaultKeyItem",
+          "ZELKM_GetReqKeyItemByLabel",
+          "ZELKM_IsPrivateKeyPresent",
+          "ZELKM_InsertKey",
+          "ZELKM_InsertReqKey",
+          "ZELKM_DeleteKey",
+          "ZELKM_DeleteRequestKeyPair",
+          "ZELKM_SetDefaultKeyByLabel",
+          "ZELKM_SetTrustStatus",
+          "ZELKM_CreateSelfSignedCert",
+          "ZELKM_CreateSelfSignedCertSigExt",
+          "ZELKM_CreateNewCertReq",
+          "ZELKM_CreateNewCertReqSigExt",
+          "ZELKM_ReCreateCertReq",
+          "ZELKM_ReCreateCertReqSig",
+          "ZELKM_IssueCert",
+          "ZELKM_IssueCertSig",
+          "ZELKM_ReceiveCert",
+          "ZELKM_StoreCACert",
+          "ZELKM_ExportCert",
+          "ZELKM_RenewCert",
+          "ZELKM_CheckCertAsRenewal",
+          "ZELKM_ValidateCertChain",
+          "ZELKM_ImportKeysFromPFXFile",
+          "ZELKM_ExportKeys"};
+}
+
+/** Every operation that needs memory. */
+Names operationsThatAllocate() {
+  Names names = {"ZELKM_StartTrace",
+                 "ZELKM_CreateNewKeyDb",
+                 "ZELKM_CreateNewKeyDbFIPS",
+                 "ZELKM_OpenKeyDb",
+                 "ZELKM_OpenKeyDbX",
+                 "ZELKM_ChangeKeyDbPwd",
+                 "ZELKM_ChangeKeyDbPwdX",
+                 "ZELKM_StashKeyDbPwd",
+                 "ZELKM_IsPasswordRequired",
+                 "ZELKM_SetCryptoInfo",
+                 "ZELKM_Kyr2Kdb",
+                 "ZELKM_Kdb2Kyr",
+                 "ZELKM_GetUnsignedCertFromCert",
+                 "ZELKM_Base64DecodeFileToBuf",
+                 "ZELKM_ExtractCertListFromPKCS7Data",
+                 "ZELKM_GetEPKIItemFromPrivateKey",
+                 "ZELKM_GetPrivKeyInfoItemFromEPKIItem"};
+  for (const char* name : operationsOnHandles()) {
+    const std::string text = name;
+    if (text != "ZELKM_CloseKeyDb" && !text.ends_with("SecondaryKeyDb")) names.push_back(name);
+  }
+  return names;
+}
+
+}  // namespace
+
+std::vector<Troubles> troublesOfStores() {
+  return {
+      {"Any operation that needs memory",
+       operationsThatAllocate(),
+       {{ZELKM_ERR_MEMORY_ALLOCATE, "memory is exhausted",
+         [](World&) { faults::failAllocation(); }}}},
+
+      {nullptr,
+       {"ZELKM_CreateNewKeyDb",
+        "ZELKM_CreateNewKeyDbFIPS",
+        "ZELKM_GetKeyDbLabelList",
+        "ZELKM_GetReqKeyDbLabelList",
+        "ZELKM_GetKeyItemByLabel",
+        "ZELKM_GetKeyItemListByLabel",
+        "ZELKM_GetDefaultKeyItem",
+        "ZELKM_GetReqKeyItemByLabel",
+        "ZELKM_IsPrivateKeyPresent",
+        "ZELKM_DeleteKey",
+        "ZELKM_DeleteRequestKeyPair",
+        "ZELKM_SetDefaultKeyByLabel",
+        "ZELKM_SetTrustStatus",
+        "ZELKM_CreateSelfSignedCert",
+        "ZELKM_CreateSelfSignedCertSigExt",
+        "ZELKM_CreateNewCertReq",
+        "ZELKM_CreateNewCertReqSigExt",
+        "ZELKM_ReCreateCertReq",
+        "ZELKM_ReCreateCertReqSig",
+        "ZELKM_IssueCert",
+        "ZELKM_IssueCertSig",
+        "ZELKM_ExportCert",
+        "ZELKM_RenewCert",
+        "ZELKM_GetEPKIItemFromPrivateKey",
+        "ZELKM_ExportKeys"},
+       {{ZELKM_ERR_CRYPTO, "OpenSSL does not do its part",
+         [](World&) { faults::failCryptography(); }}}},
+
+      {nullptr,
+       {"ZELKM_OpenKeyDb", "ZELKM_OpenKeyDbX", "ZELKM_ChangeKeyDbPwd", "ZELKM_ChangeKeyDbPwdX",
+        "ZELKM_StashKeyDbPwd", "ZELKM_IsPasswordRequired", "ZELKM_GetKeyItemsByPublicKey",
+        "ZELKM_ReceiveCert", "ZELKM_StoreCACert", "ZELKM_CheckCertAsRenewal",
+        "ZELKM_ValidateCertChain", "ZELKM_Kdb2Kyr"},
+       {{ZELKM_ERR_CRYPTO_DIGEST, "OpenSSL does not do its part: it makes no digest",
+         [](World&) { faults::failCryptography(); }}}},
+
+      {"Operations on a handle",
+       operationsOnHandles(),
+       {{ZELKM_ERR_INVALID_DB_HANDLE, "the handle names nothing that is open",
+         [](World& w) { ZELKM_CloseKeyDb(w.handle); }}}},
+
+      {nullptr,
+       {"ZELKM_OpenKeyDbX", "ZELKM_ChangeKeyDbPwdX"},
+       {{ZELKM_ERR_UNSUPPORTED_OPTION, "not built yet: locators of type 3",
+         [](World& w) { w.given.locatorType = KEYDB_LOCATOR_WEBDB; }}}},
+
+      {nullptr,
+       {"ZELKM_OpenKeyDbX", "ZELKM_ChangeKeyDbPwdX", "ZELKM_IsPasswordRequired"},
+       {{ZELKM_ERR_UNSUPPORTED_OPTION, "not built yet: locators of type 4",
+         [](World& w) { w.given.locatorType = KEYDB_LOCATOR_CERTIFICATE_STORE; }}}},
+
+      {nullptr,
+       {"ZELKM_GetCryptoTokenLabelList"},
+       {{ZELKM_ERR_UNSUPPORTED_OPTION, "not built yet: the certificate stores, by an empty name",
+         [](World& w) { w.given.moduleName = ""; }}}},
+
+      {nullptr,
+       {"ZELKM_SetCryptoInfo"},
+       {{ZELKM_ERR_UNSUPPORTED_OPTION, "OpenSSL's validated `fips` provider is not installed",
+         [](World& w) { w.given.cryptoFlags[1] = 1; }}}},
+  };
+}
+
+}  // namespace zel::km::errors
