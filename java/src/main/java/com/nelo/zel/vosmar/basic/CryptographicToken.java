@@ -124,7 +124,8 @@ public final class CryptographicToken extends PasswordHolder {
       String module, String tokenLabel, char[] oldPassword, char[] newPassword)
       throws CMSKeyDatabaseException {
     KMSystem.start();
-    try (CryptographicToken token = new CryptographicToken(module, tokenLabel, requireNonNull(oldPassword))) {
+    requireNonNull(oldPassword);
+    try (CryptographicToken token = new CryptographicToken(module, tokenLabel, oldPassword)) {
       token.check(
           token.c_ChangeKeyDbPwd(
               token.module, tokenLabel, token.password(), new String(newPassword)));
@@ -172,7 +173,8 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false);
+    KeyItem item =
+        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false);
     if (item == null) {
       Labels listed = labels();
       boolean known = listed.personal().contains(label) || listed.signers().contains(label);
@@ -189,7 +191,8 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true);
+    KeyItem item =
+        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true);
     if (item == null) {
       boolean known = labels().requests().contains(label);
       throw failure(known ? READ_FAILED : NO_SUCH_LABEL, label);
@@ -204,7 +207,9 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false), label);
+    check(
+        c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
+        label);
   }
 
   /**
@@ -214,7 +219,9 @@ public final class CryptographicToken extends PasswordHolder {
    * @throws CMSKeyDatabaseException with code 117 when no request has the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true), label);
+    check(
+        c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
+        label);
   }
 
   /** Wipes the passwords. The token can be used no longer through this object. */

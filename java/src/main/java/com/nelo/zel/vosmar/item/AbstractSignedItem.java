@@ -8,7 +8,8 @@ import com.nelo.zel.vosmar.basic.CertificateRequestItem;
  * @param <N> the class of names
  * @param <B> the class of BER objects
  */
-public abstract sealed class AbstractSignedItem<N extends AbstractDNItem, B extends AbstractBERObject>
+public abstract sealed class AbstractSignedItem<
+        N extends AbstractDNItem, B extends AbstractBERObject>
     permits AbstractCertificateItem, CertificateRequestItem {
   private final int keySize;
   private final N subject;
