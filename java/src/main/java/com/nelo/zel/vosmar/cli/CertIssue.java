@@ -3,7 +3,6 @@ package com.nelo.zel.vosmar.cli;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.CertificateIssue;
-import com.nelo.zel.vosmar.basic.SignatureAlgorithm;
 import java.nio.file.Path;
 import java.util.Map;
 import picocli.CommandLine.Command;
@@ -26,12 +25,7 @@ final class CertIssue extends DatabaseCommand {
 
   @Mixin private TargetFile target;
 
-  @Option(
-      names = "--days",
-      defaultValue = "365",
-      paramLabel = "DAYS",
-      description = "The period of validity; ${DEFAULT-VALUE} when not given.")
-  private int days;
+  @Mixin private ValidityOption validity;
 
   @Option(
       names = "--serial",
@@ -40,19 +34,15 @@ final class CertIssue extends DatabaseCommand {
       description = "The serial number, or hexadecimal after 0x; random when not given.")
   private String serialNumber;
 
-  @Option(
-      names = "--signature",
-      paramLabel = "DIGEST",
-      description = "${COMPLETION-CANDIDATES}; chosen by the strength of the key when not given.")
-  private SignatureAlgorithm signature;
+  @Mixin private SignatureOption signature;
 
   @Override
   void run(CMSKeyDatabase database, Output out) throws CMSKeyDatabaseException {
     database.certificates().issue(
         new CertificateIssue(label, request, target.path())
-            .validFor(days)
+            .validFor(validity.days())
             .numbered(serialNumber)
-            .signedWith(signature)
+            .signedWith(signature.algorithm())
             .writtenAs(target.encoding()));
     out.print("wrote " + target.path(), Map.of("written", target.path()));
   }

@@ -16,12 +16,7 @@ final class CertSelfSign extends EntryCommand {
 
   @Mixin private NewKeyOptions newKey;
 
-  @Option(
-      names = "--days",
-      defaultValue = "365",
-      paramLabel = "DAYS",
-      description = "The period of validity; ${DEFAULT-VALUE} when not given.")
-  private int days;
+  @Mixin private ValidityOption validity;
 
   @Option(names = "--default", description = "Make it the default key.")
   private boolean defaultKey;
@@ -39,7 +34,7 @@ final class CertSelfSign extends EntryCommand {
   void run(Entries entries, Output out) throws Exception {
     SelfSignedCertificate certificate =
         new SelfSignedCertificate(label, newKey.subject(), newKey.keyType())
-            .validFor(days)
+            .validFor(validity.days())
             .signedWith(newKey.signature());
     if (defaultKey) {
       certificate.asDefaultKey();

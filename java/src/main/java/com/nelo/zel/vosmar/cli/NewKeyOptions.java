@@ -3,6 +3,7 @@ package com.nelo.zel.vosmar.cli;
 import com.nelo.zel.vosmar.basic.DNItem;
 import com.nelo.zel.vosmar.basic.KeyType;
 import com.nelo.zel.vosmar.basic.SignatureAlgorithm;
+import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Option;
 
 /** What a new key shall be, and whom its certificate or request names. */
@@ -21,11 +22,7 @@ final class NewKeyOptions {
       description = "rsa:BITS, ec:BITS or ed25519; ${DEFAULT-VALUE} when not given.")
   private String keyType;
 
-  @Option(
-      names = "--signature",
-      paramLabel = "DIGEST",
-      description = "${COMPLETION-CANDIDATES}; chosen by the strength of the key when not given.")
-  private SignatureAlgorithm signature;
+  @Mixin private SignatureOption signature;
 
   DNItem subject() {
     return DNItem.parse(subject);
@@ -37,6 +34,6 @@ final class NewKeyOptions {
 
   /** The digest, or null when it is not given. */
   SignatureAlgorithm signature() {
-    return signature;
+    return signature.algorithm();
   }
 }
