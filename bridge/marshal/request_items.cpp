@@ -40,6 +40,7 @@ jobject getJavaCertReqItem(JNIEnv* env, const ZELKMCertReqItem* req) {
   const ZELKMCertReqInfoItem* info = req->certReqInfoItem;
   jbyteArray berData = newJavaByteArray(env, req->berData, req->berDataLength);
   if (berData == nullptr) return nullptr;
+  if (info == nullptr) return nullptr;
   jbyteArray infoBerData = newJavaByteArray(env, info->berData, info->berDataLength);
   if (infoBerData == nullptr) return nullptr;
   jobject subjectName = newJavaDNItem(env, kBasicItems, info->subjectName);

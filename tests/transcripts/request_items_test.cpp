@@ -169,6 +169,14 @@ TEST_F(GetJavaCertReqItem, EndsWithoutTheArrayOfTheRequestInfo) {
   )" + kYieldsNull);
 }
 
+/** The whole request is taken before the request info is missed. */
+TEST_F(GetJavaCertReqItem, NeedsItsRequestInfo) {
+  ZELKMCertReqInfoItem* info = std::exchange(item->certReq->certReqInfoItem, nullptr);
+  convertRequest();
+  item->certReq->certReqInfoItem = info;
+  EXPECT_TRANSCRIPT(kBegun + kWholeRequest + kYieldsNull);
+}
+
 TEST_F(GetJavaCertReqItem, NeedsItsPublicKey) {
   item->certReq->certReqInfoItem->spkiLength = 0;
   convertRequest();
