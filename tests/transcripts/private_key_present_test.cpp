@@ -77,6 +77,30 @@ TEST_F(IsPrivateKeyPresent, IsFalseWhenTheLibraryFails) {
   )");
 }
 
+/** The flag alone decides. */
+TEST_F(IsPrivateKeyPresent, IsTrueForAFlagThatCameWithAnError) {
+  library().answers["ZELKM_IsPrivateKeyPresent"] = 117;
+  library().outputsDespiteErrors = true;
+  call(c_IsPrivateKeyPresent, text("a.kdb"), text("secret"), text("my key"));
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetStringUTFChars("my key")
+    trace JNI_DEBUG......cKeyLabel = my key
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_IsPrivateKeyPresent(1, "my key") = 117, 1
+    ZELKM_CloseKeyDb(1) = 0
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("my key")
+    return true
+    held nothing
+  )");
+}
+
 TEST_F(IsPrivateKeyPresent, IsFalseWhenTheOpenFails) {
   library().answers["ZELKM_OpenKeyDb"] = 16;
   call(c_IsPrivateKeyPresent, text("a.kdb"), text("wrong"), text("my key"));

@@ -94,6 +94,16 @@ TEST_F(EnableFIPSMode, HandsBackTheCodeOfTheLibrary) {
   )");
 }
 
+TEST_F(EnableFIPSMode, AnswersItselfWithoutMemory) {
+  recorder().faults.failCall("ZELKM_Malloc", 1);
+  callBare(c_enableFIPSMode, JNI_TRUE, JNI_TRUE);
+  EXPECT_TRANSCRIPT(R"(
+    ZELKM_Malloc(256) = null
+    return 79
+    held nothing
+  )");
+}
+
 class ZELKMInit : public SystemNatives {};
 
 TEST_F(ZELKMInit, OnlyInitialisesWithoutTheTrace) {
