@@ -17,7 +17,8 @@
  *     on any thread, and is given back to ZELKM_CloseKeyDb. 0 means none.
  *  3. Text and bytes given in are borrowed for the length of the call.
  *  4. Outputs are pointers to variables that the caller has set to null or 0. They are written on
- *     success; after a failure the caller neither reads nor frees them.
+ *     success only; after a failure the library leaves them as the caller set them, since some
+ *     callers look at the output and not at the code.
  *  5. What an output owns is released by the operation named with it, or, where a plain buffer is
  *     handed out, by free or ZELKM_Free alike.
  *  6. Flags are single bytes, 0 or 1.
