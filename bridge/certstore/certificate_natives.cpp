@@ -42,14 +42,10 @@ jint Java_com_nelo_zel_vosmar_basic_MSCertificateStore_c_1AddSignerCertificate(
   const Store store = takeStore(held, cspName, password);
   const char* label = held.take(keyLabel, kTraceKeyLabel);
   const char* certFile = held.take(certFileName, kTraceCertFileName);
-  unsigned char* buffer = nullptr;
-  uint32_t length = 0;
-  int rc = readCertFileToBuf(certFile, isBase64, &buffer, &length);
-  if (rc == ZELKM_OK) {
-    rc = withStore(store,
-                   [&](int handle) { return ZELKM_StoreCACert(handle, buffer, length, label); });
-  }
-  if (length != 0 && buffer != nullptr) ZELKM_Free(buffer);
+  const int rc = withCertFile(certFile, isBase64, [&](const unsigned char* bytes, uint32_t length) {
+    return withStore(store,
+                     [&](int handle) { return ZELKM_StoreCACert(handle, bytes, length, label); });
+  });
   held.releaseAll();
   return rc;
 }

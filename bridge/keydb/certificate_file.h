@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "bridge/kmlib/zelkm.h"
+
 namespace zel::bridge {
 
 /**
@@ -14,6 +16,26 @@ namespace zel::bridge {
  */
 int readCertFileToBuf(const char* fileName, jboolean isBase64, unsigned char** buffer,
                       uint32_t* length);
+
+/**
+ * withCertFile reads the file as readCertFileToBuf does, runs the operation on what is in it and
+ * frees the buffer. The result is the reading's code when that failed, else the operation's. After
+ * a failed reading nothing is freed, whatever the outputs hold.
+ *
+ *     int rc = withCertFile(certFile, isBase64, [&](const unsigned char* bytes, uint32_t length) {
+ *       return withToken(token, [&](int handle) { ... });
+ *     });
+ */
+template <typename Operation>
+int withCertFile(const char* fileName, jboolean isBase64, Operation&& operation) {
+  unsigned char* buffer = nullptr;
+  uint32_t length = 0;
+  const int read = readCertFileToBuf(fileName, isBase64, &buffer, &length);
+  if (read != ZELKM_OK) return read;
+  const int rc = operation(buffer, length);
+  if (length != 0 && buffer != nullptr) ZELKM_Free(buffer);
+  return rc;
+}
 
 /**
  * readCertFileKeepingLength is the same, but when memory is out the length tells how far the

@@ -10,7 +10,7 @@
 
 using namespace zel::bridge;
 
-// The file is read before the database is opened, here and in c_AddCaCert.
+// Here and in c_AddCaCert, unlike in withCertFile, the buffer is freed after a failed reading too.
 jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1ReceiveCert(
     JNIEnv* env, jobject self, jstring keyDbFileName, jstring keyDbPwd, jstring certFileName,
     jboolean isBase64, jboolean flag) {

@@ -23,15 +23,11 @@ jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ReceivePersonalCertifi
   const SecondaryKeyDb secondary =
       takeSecondaryKeyDb(held, secondaryKeyDbFileName, secondaryKeyDbPassword);
   const char* certFile = held.take(certFileName, kTraceCertFileName);
-  unsigned char* buffer = nullptr;
-  uint32_t length = 0;
-  int rc = readCertFileToBuf(certFile, isBase64, &buffer, &length);
-  if (rc == ZELKM_OK) {
-    rc = withTokenKeyDb(token, secondary, [&](int handle) {
-      return ZELKM_ReceiveCert(handle, buffer, length, JNI_FALSE);
+  const int rc = withCertFile(certFile, isBase64, [&](const unsigned char* bytes, uint32_t length) {
+    return withTokenKeyDb(token, secondary, [&](int handle) {
+      return ZELKM_ReceiveCert(handle, bytes, length, JNI_FALSE);
     });
-  }
-  if (length != 0 && buffer != nullptr) ZELKM_Free(buffer);
+  });
   held.releaseAll();
   return rc;
 }
@@ -73,14 +69,10 @@ jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1AddSignerCertificate(
   const Token token = takeToken(held, moduleName, tokenLabel, tokenPassword);
   const char* label = held.take(keyLabel, kTraceKeyLabel);
   const char* certFile = held.take(certFileName, kTraceCertFileName);
-  unsigned char* buffer = nullptr;
-  uint32_t length = 0;
-  int rc = readCertFileToBuf(certFile, isBase64, &buffer, &length);
-  if (rc == ZELKM_OK) {
-    rc = withToken(token,
-                   [&](int handle) { return ZELKM_StoreCACert(handle, buffer, length, label); });
-  }
-  if (length != 0 && buffer != nullptr) ZELKM_Free(buffer);
+  const int rc = withCertFile(certFile, isBase64, [&](const unsigned char* bytes, uint32_t length) {
+    return withToken(token,
+                     [&](int handle) { return ZELKM_StoreCACert(handle, bytes, length, label); });
+  });
   held.releaseAll();
   return rc;
 }

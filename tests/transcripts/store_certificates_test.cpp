@@ -245,6 +245,20 @@ TEST_F(StoreAddSignerCertificate, OpensNoStoreForAFileThatCannotBeRead) {
   )");
 }
 
+/** What came with an error is the library's own. */
+TEST_F(StoreAddSignerCertificate, LeavesABufferThatCameWithAnError) {
+  library().answers["ZELKM_Base64DecodeFileToBuf"] = 90;
+  library().outputsDespiteErrors = true;
+  add(JNI_TRUE);
+  EXPECT_TRANSCRIPT(kStoreStrings + kLabelAndFile + R"(
+    ZELKM_Base64DecodeFileToBuf("cert") = 90, buffer#1 [30 df]
+  )" + kStoreReleases +
+                    kLabelAndFileReleased + R"(
+    return 90
+    held buffer#1
+  )");
+}
+
 TEST_F(StoreAddSignerCertificate, OpensNoStoreWithoutMemory) {
   watchedLibc().addFile("cert", {0x30});
   recorder().faults.failCall("ZELKM_Malloc", 1);

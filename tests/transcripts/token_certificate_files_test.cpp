@@ -110,6 +110,20 @@ TEST_F(TokenAddSignerCertificate, OpensNoTokenForAFileThatCannotBeRead) {
   )");
 }
 
+/** What came with an error is the library's own. */
+TEST_F(TokenAddSignerCertificate, LeavesABufferThatCameWithAnError) {
+  library().answers["ZELKM_Base64DecodeFileToBuf"] = 90;
+  library().outputsDespiteErrors = true;
+  add(JNI_TRUE);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelAndFile + R"(
+    ZELKM_Base64DecodeFileToBuf("cert") = 90, buffer#1 [30 df]
+  )" + kTokenReleases +
+                    kLabelAndFileReleased + R"(
+    return 90
+    held buffer#1
+  )");
+}
+
 TEST_F(TokenAddSignerCertificate, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
   library().losesBuffers = true;
   library().answers["ZELKM_StoreCACert"] = 65;

@@ -170,6 +170,20 @@ TEST_F(ReceivePersonalCertificate, OpensNothingForAFileThatCannotBeRead) {
   )");
 }
 
+/** What came with an error is the library's own. */
+TEST_F(ReceivePersonalCertificate, LeavesABufferThatCameWithAnError) {
+  library().answers["ZELKM_Base64DecodeFileToBuf"] = 90;
+  library().outputsDespiteErrors = true;
+  receive("cert", JNI_TRUE);
+  EXPECT_TRANSCRIPT(kAllStrings + R"(
+    ZELKM_Base64DecodeFileToBuf("cert") = 90, buffer#1 [30 df]
+  )" + kAllReleases +
+                    R"(
+    return 90
+    held buffer#1
+  )");
+}
+
 TEST_F(ReceivePersonalCertificate, OpensNothingWithoutMemory) {
   watchedLibc().addFile("cert", {0x30});
   recorder().faults.failCall("ZELKM_Malloc", 1);
