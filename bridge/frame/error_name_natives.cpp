@@ -2,6 +2,7 @@
 
 #include <iterator>
 
+#include "bridge/frame/gate.h"
 #include "bridge/frame/trace.h"
 #include "bridge/kmlib/zelkm.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabaseException.h"
@@ -26,7 +27,7 @@ static_assert(std::size(kErrorNames) == 151, "every result code has its name");
 jboolean Java_com_nelo_zel_vosmar_basic_CMSKeyDatabaseException_c_1BuildErrCodeNameTable(
     JNIEnv* env, jclass clazz) {
   traceMessage("JNI_DEBUG......c_BuildErrCodeNameTable......\n");
-  if (env == nullptr || clazz == nullptr) return JNI_FALSE;
+  if (lacksAny(env, clazz)) return JNI_FALSE;
   jmethodID addCMSErrCode =
       env->GetStaticMethodID(clazz, "addCMSErrCode", "(ILjava/lang/String;)Z");
   if (addCMSErrCode == nullptr) return JNI_FALSE;

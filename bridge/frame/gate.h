@@ -13,11 +13,6 @@
 
 namespace zel::bridge {
 
-/** lacksObject tells whether the environment or the object is null. */
-inline bool lacksObject(const JNIEnv* env, jobject self) {
-  return env == nullptr || self == nullptr;
-}
-
 /** lacksAny tells whether any of what a native cannot do without is null. */
 template <typename... Required>
 bool lacksAny(const Required*... required) {
@@ -26,11 +21,10 @@ bool lacksAny(const Required*... required) {
 
 /** classOf is the object's class, null when the environment, the object or the class is. */
 inline jclass classOf(JNIEnv* env, jobject self) {
-  return lacksObject(env, self) ? nullptr : env->GetObjectClass(self);
+  return lacksAny(env, self) ? nullptr : env->GetObjectClass(self);
 }
 
-/** lacksClass tells whether there is no class: a required test, though few natives use the class.
- */
+/** lacksClass tells whether there is no class: a required test, though few natives use it. */
 inline bool lacksClass(JNIEnv* env, jobject self) { return classOf(env, self) == nullptr; }
 
 /** isSignatureAlgorithm tests the selector of the natives named "Sig" and "SigExt". */

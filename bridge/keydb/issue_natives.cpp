@@ -26,12 +26,6 @@ struct IssueStrings {
   jstring certReqFileName;
 };
 
-/** lacksRequired tells whether a string is null that an issue native cannot do without. */
-bool lacksRequired(const IssueStrings& strings) {
-  return strings.issuerKeyLabel == nullptr || strings.serialNumber == nullptr ||
-         strings.certReqFileName == nullptr || strings.certFileName == nullptr;
-}
-
 /** Issue is what the library's two issue operations have in common. */
 struct Issue {
   const unsigned char* request;
@@ -70,10 +64,12 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1IssueCertificate(
     JNIEnv* env, jobject self, jstring keyDbFileName, jstring keyDbPwd, jstring issuerKeyLabel,
     jint firstNumber, jstring serialNumber, jint secondNumber, jstring certReqFileName,
     jstring certFileName, jboolean flag) {
+  if (lacksAny(env, self, issuerKeyLabel, serialNumber, certReqFileName, certFileName)) {
+    return ZELKM_ERR_PARAMETER;
+  }
+  if (lacksClass(env, self)) return ZELKM_ERR_PARAMETER;
   const IssueStrings strings{keyDbFileName, keyDbPwd,     issuerKeyLabel,
                              serialNumber,  certFileName, certReqFileName};
-  if (lacksObject(env, self) || lacksRequired(strings)) return ZELKM_ERR_PARAMETER;
-  if (lacksClass(env, self)) return ZELKM_ERR_PARAMETER;
   return issueFromFile(env, strings, [&](int handle, const Issue& issue) {
     return ZELKM_IssueCert(handle, issue.request, issue.requestLength, issue.issuerLabel,
                            firstNumber, issue.serialNumber, secondNumber, issue.certFile,
@@ -85,11 +81,13 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1IssueCertificateSig(
     JNIEnv* env, jobject self, jstring keyDbFileName, jstring keyDbPwd, jstring issuerKeyLabel,
     jint firstNumber, jstring serialNumber, jint secondNumber, jint sigAlg, jstring certReqFileName,
     jstring certFileName, jboolean flag) {
-  const IssueStrings strings{keyDbFileName, keyDbPwd,     issuerKeyLabel,
-                             serialNumber,  certFileName, certReqFileName};
-  if (lacksObject(env, self) || lacksRequired(strings)) return ZELKM_ERR_PARAMETER;
+  if (lacksAny(env, self, issuerKeyLabel, serialNumber, certReqFileName, certFileName)) {
+    return ZELKM_ERR_PARAMETER;
+  }
   if (lacksClass(env, self)) return ZELKM_ERR_PARAMETER;
   if (!isSignatureAlgorithm(sigAlg)) return ZELKM_ERR_PARAMETER;
+  const IssueStrings strings{keyDbFileName, keyDbPwd,     issuerKeyLabel,
+                             serialNumber,  certFileName, certReqFileName};
   return issueFromFile(env, strings, [&](int handle, const Issue& issue) {
     return ZELKM_IssueCertSig(handle, issue.request, issue.requestLength, issue.issuerLabel,
                               firstNumber, issue.serialNumber, secondNumber, sigAlg, issue.certFile,

@@ -20,7 +20,7 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1Kyr2Kdb(JNIEnv* env, jobje
                                                               jstring kyrFileName, jstring kyrPwd,
                                                               jstring keyDbFileName,
                                                               jstring keyDbPwd) {
-  if (lacksObject(env, self)) return ZELKM_ERR_PARAMETER;
+  if (lacksAny(env, self)) return ZELKM_ERR_PARAMETER;
   HeldStrings held(env);
   const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
   const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);
@@ -35,7 +35,7 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1Kdb2Kyr(JNIEnv* env, jobje
                                                               jstring keyDbFileName,
                                                               jstring keyDbPwd, jstring kyrFileName,
                                                               jstring kyrPwd) {
-  if (lacksObject(env, self)) return ZELKM_ERR_PARAMETER;
+  if (lacksAny(env, self)) return ZELKM_ERR_PARAMETER;
   HeldStrings held(env);
   const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
   const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);

@@ -79,7 +79,7 @@ jboolean Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1StashKeyDbPwd(JNIEnv* 
                                                                         jstring keyDbFileName,
                                                                         jstring keyDbPwd) {
   traceMessage("JNI_DEBUG......c_StashKeyDbPwd......\n");
-  if (lacksObject(env, self)) return JNI_FALSE;
+  if (lacksAny(env, self)) return JNI_FALSE;
   HeldStrings held(env);
   const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
   const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);

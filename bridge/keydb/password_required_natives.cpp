@@ -13,7 +13,7 @@ using namespace zel::bridge;
 namespace {
 
 jboolean isPasswordRequired(JNIEnv* env, jobject self, jstring keyDbFileName, uint32_t type) {
-  if (lacksObject(env, self) || keyDbFileName == nullptr) return JNI_FALSE;
+  if (lacksAny(env, self, keyDbFileName)) return JNI_FALSE;
   HeldStrings held(env);
   // Unlike everywhere else, the trace spells "Filename".
   const char* file = held.take(keyDbFileName, TextTrace{"JNI_DEBUG......cKeyDbFilename = %s\n"});

@@ -16,7 +16,7 @@ using namespace zel::bridge;
 // null buffer; the code of the reading is lost.
 jobjectArray Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1ExtractCertFromPKCS7Data(
     JNIEnv* env, jobject self, jstring certFileName, jboolean isBase64) {
-  if (lacksObject(env, self)) return nullptr;
+  if (lacksAny(env, self)) return nullptr;
   HeldStrings held(env);
   const char* certFile = held.take(certFileName, kTraceCertFileName);
   unsigned char* buffer = nullptr;

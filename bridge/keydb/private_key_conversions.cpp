@@ -23,7 +23,7 @@ static_assert(sizeof(ZELKMEPKIItem) <= kEPKIItemRoom);
 // The early ways out leave the password held, and the copy of the key is wiped but not freed.
 jobject encryptPrivateKey(JNIEnv* env, jobject self, const ItemClasses& classes, jint length,
                           jbyteArray privateKey, jstring password) {
-  if (lacksObject(env, self)) return nullptr;
+  if (lacksAny(env, self)) return nullptr;
   HeldStrings held(env);
   const char* pwd = held.take(password, kTraceKeyDbPwd);
   if (length < 1) {
@@ -55,7 +55,7 @@ jobject encryptPrivateKey(JNIEnv* env, jobject self, const ItemClasses& classes,
 // The early ways out leave the password held. The copy goes with the record that it is put into.
 jobject decryptPrivateKey(JNIEnv* env, jobject self, const ItemClasses& classes, jint length,
                           jbyteArray encryptedKey, jstring password) {
-  if (lacksObject(env, self)) return nullptr;
+  if (lacksAny(env, self)) return nullptr;
   HeldStrings held(env);
   const char* pwd = held.take(password, kTraceKeyDbPwd);
   if (length < 1) {

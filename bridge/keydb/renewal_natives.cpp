@@ -17,7 +17,7 @@ using namespace zel::bridge;
 jboolean Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1CheckCertAsRenewal(
     JNIEnv* env, jobject self, jstring keyDbFileName, jstring keyDbPwd, jint certLength,
     jbyteArray certData) {
-  if (lacksObject(env, self)) return JNI_FALSE;
+  if (lacksAny(env, self)) return JNI_FALSE;
   HeldStrings held(env);
   const char* file = held.take(
       keyDbFileName, TextTrace{"CMSKeyDatabase::c_CheckCertAsRenewal 0010, cKeyDbFileName = %s\n"});
@@ -46,7 +46,7 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1RenewCert(JNIEnv* env, job
                                                                 jstring keyDbFileName,
                                                                 jstring keyDbPwd, jint certLength,
                                                                 jbyteArray certData) {
-  if (lacksObject(env, self)) return ZELKM_ERR_PARAMETER;
+  if (lacksAny(env, self)) return ZELKM_ERR_PARAMETER;
   HeldStrings held(env);
   const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
   const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);
