@@ -9,17 +9,6 @@ namespace zel::bridge {
 
 namespace {
 
-jobject getKeyItem(JNIEnv* env, int handle, const char* label) {
-  ZELKMKeyItem* item = nullptr;
-  ZELKM_GetKeyItemByLabel(handle, label, &item);
-  traceMessage("JNI_DEBUG......KM_GetKeyItem gets %s\n", nullOrNot(item));
-  if (item == nullptr) return nullptr;
-  traceMessage("JNI_DEBUG......cKeyItem->keySize = %d\n", item->keySize);
-  jobject keyItem = newJavaKeyItem(env, kBasicItems, item);
-  ZELKM_FreeKeyItem(item);
-  return keyItem;
-}
-
 jobject getRequestKeyItem(JNIEnv* env, int handle, const char* label) {
   ZELKMReqKeyItem* item = nullptr;
   ZELKM_GetReqKeyItemByLabel(handle, label, &item);
@@ -33,8 +22,15 @@ jobject getRequestKeyItem(JNIEnv* env, int handle, const char* label) {
 
 }  // namespace
 
+jobject getJavaKeyItem(JNIEnv* env, const ItemClasses& classes, int handle, const char* label) {
+  ZELKMKeyItem* item = nullptr;
+  ZELKM_GetKeyItemByLabel(handle, label, &item);
+  traceMessage("JNI_DEBUG......KM_GetKeyItem gets %s\n", nullOrNot(item));
+  return handOverKeyItem(env, classes, item);
+}
+
 jobject getJavaKeyItemByLabel(JNIEnv* env, int handle, const char* label, jboolean isRequestKey) {
-  return isRequestKey == JNI_FALSE ? getKeyItem(env, handle, label)
+  return isRequestKey == JNI_FALSE ? getJavaKeyItem(env, kBasicItems, handle, label)
                                    : getRequestKeyItem(env, handle, label);
 }
 

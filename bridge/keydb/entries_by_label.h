@@ -3,12 +3,20 @@
 
 #include <jni.h>
 
+#include "bridge/marshal/item_classes.h"
+
 namespace zel::bridge {
 
 /**
- * getJavaKeyItemByLabel reads an entry of an open key database, token or certificate store into a
- * Java KeyItem. The flag chooses the table, keys or requests; neither falls back on the other. The
- * answer is null when there is none: the item decides, not the library's code, which is lost.
+ * getJavaKeyItem reads a key of an open key database, token or certificate store into a Java
+ * KeyItem. The answer is null when there is none: the item decides, not the library's code, which
+ * is lost.
+ */
+jobject getJavaKeyItem(JNIEnv* env, const ItemClasses& classes, int handle, const char* label);
+
+/**
+ * getJavaKeyItemByLabel reads a key, or a request in the same way, into a KeyItem of package basic.
+ * The flag chooses the table; neither falls back on the other.
  */
 jobject getJavaKeyItemByLabel(JNIEnv* env, int handle, const char* label, jboolean isRequestKey);
 

@@ -54,12 +54,7 @@ jobject Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1GetDefaultKeyItem(JNIEn
 
   // The item outlives its database's close, and the trace speaks of it even after a failed open.
   traceMessage("JNI_DEBUG......ZELKM_GetDefaultKeyItem gets %s\n", nullOrNot(item));
-  jobject keyItem = nullptr;
-  if (item != nullptr) {
-    traceMessage("JNI_DEBUG......cKeyItem->keySize = %d\n", item->keySize);
-    keyItem = newJavaKeyItem(env, kBasicItems, item);
-    ZELKM_FreeKeyItem(item);
-  }
+  jobject keyItem = handOverKeyItem(env, kBasicItems, item);
   held.releaseAll();
   return keyItem;
 }

@@ -1,12 +1,12 @@
 // Read key items of a key database as objects of the legacy package.
 
 #include "bridge/frame/gate.h"
+#include "bridge/keydb/entries_by_label.h"
 #include "bridge/keydb/key_item_lists.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/legacy/legacy_items.h"
 #include "bridge/marshal/held_strings.h"
-#include "bridge/marshal/key_items.h"
 #include "bridge/marshal/trace_texts.h"
 #include "com_nelo_security_cmskeystore_CMSKeyDatabase.h"
 
@@ -24,15 +24,8 @@ jobject Java_com_nelo_security_cmskeystore_CMSKeyDatabase_c_1GetKeyItemByLabel(
   const char* label = held.take(keyLabel, kTraceKeyLabel);
   jobject keyItem = nullptr;
   withKeyDb(file, pwd, [&](int handle) {
-    ZELKMKeyItem* item = nullptr;
-    const int rc = ZELKM_GetKeyItemByLabel(handle, label, &item);
-    traceMessage("JNI_DEBUG......KM_GetKeyItem gets %s\n", nullOrNot(item));
-    if (item != nullptr) {
-      traceMessage("JNI_DEBUG......cKeyItem->keySize = %d\n", item->keySize);
-      keyItem = newJavaKeyItem(env, kLegacyItems, item);
-      ZELKM_FreeKeyItem(item);
-    }
-    return rc;
+    keyItem = getJavaKeyItem(env, kLegacyItems, handle, label);
+    return ZELKM_OK;
   });
   held.releaseAll();
   return keyItem;

@@ -64,6 +64,14 @@ jobjectArray newJavaKeyItemArray(JNIEnv* env, const ItemClasses& classes,
   return array;
 }
 
+jobject handOverKeyItem(JNIEnv* env, const ItemClasses& classes, ZELKMKeyItem* item) {
+  if (item == nullptr) return nullptr;
+  traceMessage("JNI_DEBUG......cKeyItem->keySize = %d\n", item->keySize);
+  jobject keyItem = newJavaKeyItem(env, classes, item);
+  ZELKM_FreeKeyItem(item);
+  return keyItem;
+}
+
 jobjectArray handOverKeyItems(JNIEnv* env, const ItemClasses& classes, ZELKMKeyItemList* list,
                               int code) {
   if (list == nullptr || code != ZELKM_OK) return nullptr;

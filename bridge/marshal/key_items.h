@@ -16,6 +16,12 @@ jobjectArray newJavaKeyItemArray(JNIEnv* env, const ItemClasses& classes,
                                  const ZELKMKeyItemList* list);
 
 /**
+ * handOverKeyItem makes a KeyItem of the record that the library answered, after a trace of its key
+ * size, and frees the record. There may be none.
+ */
+jobject handOverKeyItem(JNIEnv* env, const ItemClasses& classes, ZELKMKeyItem* item);
+
+/**
  * handOverKeyItems makes a KeyItem[] of the list that the library answered with the code, and frees
  * the list. One that came with a failure is neither converted nor freed.
  */
