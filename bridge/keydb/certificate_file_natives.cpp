@@ -44,7 +44,7 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1AddCaCert(JNIEnv* env, job
   const char* certFile = held.take(certFileName, kTraceCertFileName);
   unsigned char* buffer = nullptr;
   uint32_t length = 0;
-  int rc = readCertFileKeepingLength(certFile, isBase64, &buffer, &length);
+  int rc = readCertFileToBuf(certFile, isBase64, &buffer, &length);
   if (rc == ZELKM_OK) {
     rc = withKeyDb(file, pwd,
                    [&](int handle) { return ZELKM_StoreCACert(handle, buffer, length, label); });
