@@ -7,6 +7,7 @@
 #include "bridge/marshal/label_buffer.h"
 #include "bridge/marshal/label_walk.h"
 #include "bridge/marshal/strings_and_bytes.h"
+#include "bridge/marshal/token_labels.h"
 #include "com_nelo_zel_vosmar_basic_MSCertificateStore.h"
 
 using namespace zel::bridge;
@@ -45,7 +46,7 @@ int deliverLabels(JNIEnv* env, const LabelReceiver& receiver, int handle) {
 
 jint Java_com_nelo_zel_vosmar_basic_MSCertificateStore_c_1GetCSPNameList(JNIEnv* env, jclass type) {
   if (lacksAny(env, type)) return ZELKM_ERR_PARAMETER;
-  jmethodID addCSPName = env->GetStaticMethodID(type, "addCSPName", "(Ljava/lang/String;)V");
+  jmethodID addCSPName = staticLabelCallback(env, type, "addCSPName");
   if (addCSPName == nullptr) return ZELKM_ERR_PARAMETER;
   return deliverTokenLabels(env, type, addCSPName, "");
 }
@@ -57,13 +58,11 @@ jint Java_com_nelo_zel_vosmar_basic_MSCertificateStore_c_1BuildKeyLabelList(JNIE
   jclass selfClass = classOf(env, self);
   if (selfClass == nullptr) return ZELKM_ERR_PARAMETER;
   LabelReceiver receiver{self, nullptr, nullptr, nullptr};
-  receiver.addKeyLabel = env->GetMethodID(selfClass, "addKeyLabel", "(Ljava/lang/String;)V");
+  receiver.addKeyLabel = labelCallback(env, selfClass, "addKeyLabel");
   if (receiver.addKeyLabel == nullptr) return ZELKM_ERR_PARAMETER;
-  receiver.addPersonalKeyLabel =
-      env->GetMethodID(selfClass, "addPersonalKeyLabel", "(Ljava/lang/String;)V");
+  receiver.addPersonalKeyLabel = labelCallback(env, selfClass, "addPersonalKeyLabel");
   if (receiver.addPersonalKeyLabel == nullptr) return ZELKM_ERR_PARAMETER;
-  receiver.addSignerKeyLabel =
-      env->GetMethodID(selfClass, "addSignerKeyLabel", "(Ljava/lang/String;)V");
+  receiver.addSignerKeyLabel = labelCallback(env, selfClass, "addSignerKeyLabel");
   if (receiver.addSignerKeyLabel == nullptr) return ZELKM_ERR_PARAMETER;
 
   HeldStrings held(env);

@@ -35,7 +35,7 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1BuildKeyLabelList(JNIEnv* 
   HeldStrings held(env);
   const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
   const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);
-  jmethodID addKeyLabel = env->GetMethodID(selfClass, "addKeyLabel", "(Ljava/lang/String;)V");
+  jmethodID addKeyLabel = labelCallback(env, selfClass, "addKeyLabel");
   if (addKeyLabel == nullptr) {
     held.leaveHeld();
     return ZELKM_ERR_PARAMETER;
@@ -57,8 +57,7 @@ jint Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1BuildKeyLabelList(JNIEnv* 
     ZELKM_FreeLabelList(keyLabels);
   }
   if (rc == ZELKM_OK && requestLabels != nullptr) {
-    jmethodID addReqKeyLabel =
-        env->GetMethodID(selfClass, "addReqKeyLabel", "(Ljava/lang/String;)V");
+    jmethodID addReqKeyLabel = labelCallback(env, selfClass, "addReqKeyLabel");
     if (addReqKeyLabel != nullptr) {
       deliverLabels(env, self, addReqKeyLabel, requestLabels,
                     TextTrace{"JNI_DEBUG......cReqLabel = %s\n"}, buffer);

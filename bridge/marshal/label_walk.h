@@ -7,6 +7,16 @@
 
 namespace zel::bridge {
 
+/** labelCallback is the method of that name by which an object of the class takes a label. */
+inline jmethodID labelCallback(JNIEnv* env, jclass type, const char* name) {
+  return env->GetMethodID(type, name, "(Ljava/lang/String;)V");
+}
+
+/** staticLabelCallback is the method by which the class itself takes one. */
+inline jmethodID staticLabelCallback(JNIEnv* env, jclass type, const char* name) {
+  return env->GetStaticMethodID(type, name, "(Ljava/lang/String;)V");
+}
+
 /**
  * forEachLabel visits the labels of the list in its order, up to a null node or a null label. The
  * visitor answers a code; one that is not 0 ends the walk and becomes its result.
@@ -22,12 +32,6 @@ int forEachLabel(const ZELKMLabelList* list, Visitor&& visitor) {
   }
   return ZELKM_OK;
 }
-
-/**
- * deliverTokenLabels asks the library for the tokens of a module and hands each label to a static
- * method of the class. An empty module name, not a null one, asks for the certificate stores.
- */
-int deliverTokenLabels(JNIEnv* env, jclass type, jmethodID callback, const char* moduleName);
 
 }  // namespace zel::bridge
 

@@ -13,7 +13,8 @@
  *
  * What holds for every converter of this folder: none throws, none reports; the first step that
  * fails yields null and leaves a pending Java exception to the caller. Records are read and never
- * freed. Local references live until the native returns.
+ * freed; what takes one over and frees it is called handOver or deliver. Local references live
+ * until the native returns.
  */
 
 namespace zel::bridge {

@@ -31,7 +31,7 @@ int deliverKeyLabels(JNIEnv* env, const LabelReceiver& receiver, int handle, Lab
     if (asked != ZELKM_OK) return asked;
     jmethodID callback = present != 0 ? receiver.addPersonalKeyLabel : receiver.addSignerKeyLabel;
     env->CallVoidMethod(receiver.object, callback, newJavaString(env, buffer.copy(label)));
-    return static_cast<int>(ZELKM_OK);
+    return asked;
   });
   ZELKM_FreeLabelList(list);
   return rc;
@@ -56,17 +56,14 @@ int deliverRequestLabels(JNIEnv* env, const LabelReceiver& receiver, int handle,
 jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1BuildKeyLabelList(
     JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword) {
   if (lacksAny(env, self, moduleName, tokenLabel)) return ZELKM_ERR_PARAMETER;
-  jclass selfClass = classOf(env, self);
+  jclass selfClass = env->GetObjectClass(self);
   if (selfClass == nullptr) return ZELKM_ERR_PARAMETER;
   LabelReceiver receiver{self, nullptr, nullptr, nullptr};
-  receiver.addPersonalKeyLabel =
-      env->GetMethodID(selfClass, "addPersonalKeyLabel", "(Ljava/lang/String;)V");
+  receiver.addPersonalKeyLabel = labelCallback(env, selfClass, "addPersonalKeyLabel");
   if (receiver.addPersonalKeyLabel == nullptr) return ZELKM_ERR_PARAMETER;
-  receiver.addSignerKeyLabel =
-      env->GetMethodID(selfClass, "addSignerKeyLabel", "(Ljava/lang/String;)V");
+  receiver.addSignerKeyLabel = labelCallback(env, selfClass, "addSignerKeyLabel");
   if (receiver.addSignerKeyLabel == nullptr) return ZELKM_ERR_PARAMETER;
-  receiver.addRequestKeyLabel =
-      env->GetMethodID(selfClass, "addRequestKeyLabel", "(Ljava/lang/String;)V");
+  receiver.addRequestKeyLabel = labelCallback(env, selfClass, "addRequestKeyLabel");
   if (receiver.addRequestKeyLabel == nullptr) return ZELKM_ERR_PARAMETER;
 
   HeldStrings held(env);

@@ -6,6 +6,7 @@
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/label_walk.h"
+#include "bridge/marshal/token_labels.h"
 #include "bridge/token/with_token.h"
 #include "com_nelo_zel_vosmar_basic_CryptographicToken.h"
 
@@ -14,7 +15,7 @@ using namespace zel::bridge;
 jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1GetCryptoTokenLabelList(
     JNIEnv* env, jclass type, jstring moduleName) {
   if (lacksAny(env, type, moduleName)) return ZELKM_ERR_PARAMETER;
-  jmethodID addTokenLabel = env->GetStaticMethodID(type, "addTokenLabel", "(Ljava/lang/String;)V");
+  jmethodID addTokenLabel = staticLabelCallback(env, type, "addTokenLabel");
   if (addTokenLabel == nullptr) return ZELKM_ERR_PARAMETER;
   HeldStrings held(env);
   const char* module = held.take(moduleName, kTraceModuleName);

@@ -1,6 +1,8 @@
-#include "bridge/marshal/label_walk.h"
+#include "bridge/marshal/token_labels.h"
 
+#include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/label_buffer.h"
+#include "bridge/marshal/label_walk.h"
 #include "bridge/marshal/strings_and_bytes.h"
 
 namespace zel::bridge {
