@@ -4,6 +4,7 @@
 #include "bridge/frame/gate.h"
 #include "bridge/keydb/certificate_file.h"
 #include "bridge/kmlib/zelkm.h"
+#include "bridge/marshal/block_copies.h"
 #include "bridge/marshal/distinguished_names.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/strings_and_bytes.h"
@@ -12,7 +13,6 @@
 
 using namespace zel::bridge;
 
-// A certificate or key that cannot be copied reaches the library as null with its length.
 jint Java_com_nelo_zel_vosmar_basic_MSCertificateStore_c_1ImportCertificate(
     JNIEnv* env, jobject self, jstring cspName, jstring password, jstring keyLabel, jint certLength,
     jbyteArray certData, jint keyLength, jbyteArray keyData) {
@@ -20,16 +20,12 @@ jint Java_com_nelo_zel_vosmar_basic_MSCertificateStore_c_1ImportCertificate(
   HeldStrings held(env);
   const Store store = takeStoreTracedAsToken(held, cspName, password);
   const char* label = held.take(keyLabel, kTraceKeyLabel);
-  unsigned char* certBytes = nullptr;
-  unsigned char* keyBytes = nullptr;
-  JavaByteArrayToUChar(env, certData, certLength, &certBytes);
-  if (keyLength > 0) JavaByteArrayToUChar(env, keyData, keyLength, &keyBytes);
+  const BlockCopies blocks = copyBlocks(env, {certLength, certData}, {keyLength, keyData});
   const int rc = withStore(store, [&](int handle) {
-    return ZELKM_InsertKey(handle, label, static_cast<uint32_t>(certLength), certBytes,
-                           static_cast<uint32_t>(keyLength), keyBytes, JNI_FALSE, JNI_FALSE);
+    return ZELKM_InsertKey(handle, label, blocks.first.length, blocks.first.bytes,
+                           blocks.second.length, blocks.second.bytes, JNI_FALSE, JNI_FALSE);
   });
-  wipeAndFree(certBytes, certLength);
-  wipeAndFree(keyBytes, keyLength);
+  wipeAndFree(blocks);
   held.releaseAll();
   return rc;
 }

@@ -4,8 +4,8 @@
 #include "bridge/keydb/entries_by_label.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
+#include "bridge/marshal/block_copies.h"
 #include "bridge/marshal/held_strings.h"
-#include "bridge/marshal/strings_and_bytes.h"
 #include "bridge/marshal/trace_texts.h"
 #include "com_nelo_zel_vosmar_basic_CMSKeyDatabase.h"
 
@@ -13,17 +13,7 @@ using namespace zel::bridge;
 
 namespace {
 
-/** Block is a byte array of Java's with the length that Java says it has. */
-struct Block {
-  jint length;
-  jbyteArray data;
-};
-
-/**
- * insertUnderLabel is the frame of the two insert natives, which test neither environment nor
- * object. The first block is copied whatever its length, the second only when there is one; one
- * that cannot be copied reaches the library as null with its length.
- */
+/** insertUnderLabel is the frame of the two insert natives: no gate, and two blocks of bytes. */
 template <typename Insert>
 jint insertUnderLabel(JNIEnv* env, jstring keyDbFileName, jstring keyDbPwd, jstring keyLabel,
                       Block first, Block second, Insert&& insert) {
@@ -31,16 +21,12 @@ jint insertUnderLabel(JNIEnv* env, jstring keyDbFileName, jstring keyDbPwd, jstr
   const char* file = held.take(keyDbFileName, kTraceKeyDbFileName);
   const char* pwd = held.take(keyDbPwd, kTraceKeyDbPwd);
   const char* label = held.take(keyLabel, kTraceKeyLabel);
-  unsigned char* firstBytes = nullptr;
-  unsigned char* secondBytes = nullptr;
-  JavaByteArrayToUChar(env, first.data, first.length, &firstBytes);
-  if (second.length > 0) JavaByteArrayToUChar(env, second.data, second.length, &secondBytes);
+  const BlockCopies blocks = copyBlocks(env, first, second);
   const int rc = withKeyDb(file, pwd, [&](int handle) {
-    return insert(handle, label, static_cast<uint32_t>(first.length), firstBytes,
-                  static_cast<uint32_t>(second.length), secondBytes);
+    return insert(handle, label, blocks.first.length, blocks.first.bytes, blocks.second.length,
+                  blocks.second.bytes);
   });
-  wipeAndFree(firstBytes, first.length);
-  wipeAndFree(secondBytes, second.length);
+  wipeAndFree(blocks);
   held.releaseAll();
   return rc;
 }

@@ -4,8 +4,8 @@
 #include "bridge/frame/gate.h"
 #include "bridge/keydb/certificate_file.h"
 #include "bridge/kmlib/zelkm.h"
+#include "bridge/marshal/block_copies.h"
 #include "bridge/marshal/held_strings.h"
-#include "bridge/marshal/strings_and_bytes.h"
 #include "bridge/marshal/trace_texts.h"
 #include "bridge/token/secondary_key_db.h"
 #include "bridge/token/with_token.h"
@@ -32,7 +32,6 @@ jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ReceivePersonalCertifi
   return rc;
 }
 
-// A certificate or key that cannot be copied reaches the library as null with its length.
 jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ImportCertificate(
     JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword,
     jstring secondaryKeyDbFileName, jstring secondaryKeyDbPassword, jstring keyLabel,
@@ -45,16 +44,12 @@ jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ImportCertificate(
   const SecondaryKeyDb secondary =
       takeSecondaryKeyDb(held, secondaryKeyDbFileName, secondaryKeyDbPassword);
   const char* label = held.take(keyLabel, kTraceKeyLabel);
-  unsigned char* certBytes = nullptr;
-  unsigned char* keyBytes = nullptr;
-  JavaByteArrayToUChar(env, certificate, certLength, &certBytes);
-  if (keyLength > 0) JavaByteArrayToUChar(env, privateKey, keyLength, &keyBytes);
+  const BlockCopies blocks = copyBlocks(env, {certLength, certificate}, {keyLength, privateKey});
   const int rc = withTokenKeyDb(token, secondary, [&](int handle) {
-    return ZELKM_InsertKey(handle, label, static_cast<uint32_t>(certLength), certBytes,
-                           static_cast<uint32_t>(keyLength), keyBytes, JNI_FALSE, JNI_FALSE);
+    return ZELKM_InsertKey(handle, label, blocks.first.length, blocks.first.bytes,
+                           blocks.second.length, blocks.second.bytes, JNI_FALSE, JNI_FALSE);
   });
-  wipeAndFree(certBytes, certLength);
-  wipeAndFree(keyBytes, keyLength);
+  wipeAndFree(blocks);
   held.releaseAll();
   return rc;
 }

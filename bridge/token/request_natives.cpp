@@ -3,9 +3,9 @@
 
 #include "bridge/frame/gate.h"
 #include "bridge/kmlib/zelkm.h"
+#include "bridge/marshal/block_copies.h"
 #include "bridge/marshal/distinguished_names.h"
 #include "bridge/marshal/held_strings.h"
-#include "bridge/marshal/strings_and_bytes.h"
 #include "bridge/marshal/trace_texts.h"
 #include "bridge/token/with_token.h"
 #include "com_nelo_zel_vosmar_basic_CryptographicToken.h"
@@ -58,7 +58,6 @@ jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1CreateSelfSignedCertif
   return rc;
 }
 
-// A request or key that cannot be copied reaches the library as null with its length.
 jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ImportPersonalCertificateRequest(
     JNIEnv* env, jobject self, jstring moduleName, jstring tokenLabel, jstring tokenPassword,
     jstring keyLabel, jint requestLength, jbyteArray request, jint keyLength,
@@ -69,16 +68,12 @@ jint Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1ImportPersonalCertific
   HeldStrings held(env);
   const Token token = takeToken(held, moduleName, tokenLabel, tokenPassword);
   const char* label = held.take(keyLabel, kTraceKeyLabel);
-  unsigned char* requestBytes = nullptr;
-  unsigned char* keyBytes = nullptr;
-  JavaByteArrayToUChar(env, request, requestLength, &requestBytes);
-  if (keyLength > 0) JavaByteArrayToUChar(env, privateKey, keyLength, &keyBytes);
+  const BlockCopies blocks = copyBlocks(env, {requestLength, request}, {keyLength, privateKey});
   const int rc = withToken(token, [&](int handle) {
-    return ZELKM_InsertReqKey(handle, label, static_cast<uint32_t>(requestLength), requestBytes,
-                              static_cast<uint32_t>(keyLength), keyBytes);
+    return ZELKM_InsertReqKey(handle, label, blocks.first.length, blocks.first.bytes,
+                              blocks.second.length, blocks.second.bytes);
   });
-  wipeAndFree(requestBytes, requestLength);
-  wipeAndFree(keyBytes, keyLength);
+  wipeAndFree(blocks);
   held.releaseAll();
   return rc;
 }
