@@ -172,6 +172,9 @@ ZELKM_API int ZELKM_SetTrustStatus(int handle, const char* label, unsigned char 
 
 /* Certificates and requests */
 
+/** ZELKM_InitDNItem clears the 104-byte record whose pointer it is given the address of. */
+ZELKM_API void ZELKM_InitDNItem(ZELKMDNItem** dn);
+
 /**
  * ZELKM_CreateSelfSignedCert makes a key pair and a self-signed certificate under the label, and
  * writes the certificate to a file too when a name is given.
@@ -284,9 +287,6 @@ ZELKM_API int ZELKM_ExportKeys(int handle, int exportType, const char* pfxFileNa
                                const char* pfxPassword, const ZELKMLabelList* labels);
 
 /* Release; null is ignored by each. */
-
-/** ZELKM_InitDNItem clears the 104-byte record whose pointer it is given the address of. */
-ZELKM_API void ZELKM_InitDNItem(ZELKMDNItem** dn);
 
 ZELKM_API void ZELKM_FreeDNItem(ZELKMDNItem* dn);
 ZELKM_API void ZELKM_FreeKeyItem(ZELKMKeyItem* item);
