@@ -43,6 +43,7 @@ void buildLogFormat(const char* format) {
 
 [[gnu::format(printf, 1, 0)]] void writeLog(const char* format, std::va_list arguments) {
   const std::lock_guard guard(logLock);
+  if (!isLogging()) return;  // GCOVR_EXCL_BR_LINE: another thread closed it in the meantime
   buildLogFormat(format);
   if (debugLogFile == nullptr || traceFormatBuffer == nullptr) return;
   std::vfprintf(debugLogFile, traceFormatBuffer, arguments);
@@ -57,7 +58,7 @@ void writeTrace(const char* format, ...) {
     std::vfprintf(stderr, format, arguments);
     va_end(arguments);
   }
-  if (debugLogOn != 0) {
+  if (isLogging()) {
     va_start(arguments, format);
     writeLog(format, arguments);
     va_end(arguments);

@@ -19,8 +19,7 @@
 
 namespace zel::bridge {
 
-/** debugMsgEnv is the value of VOSMAR_JNI_DEBUG at load; its presence switches standard error on.
- */
+/** debugMsgEnv is the value of VOSMAR_JNI_DEBUG at load; any switches standard error on. */
 extern const char* debugMsgEnv;
 
 /** debugLogOn is 1 while the debug log is in use. */
@@ -32,10 +31,11 @@ extern std::FILE* debugLogFile;
 /** traceFormatBuffer is the time-stamped format of the last log line, or null. */
 extern char* traceFormatBuffer;
 
+/** isLogging tells whether the debug log is on. */
+inline bool isLogging() { return debugLogOn.load(std::memory_order_relaxed) != 0; }
+
 /** isTracing tells whether any sink is on. */
-inline bool isTracing() {
-  return debugMsgEnv != nullptr || debugLogOn.load(std::memory_order_relaxed) != 0;
-}
+inline bool isTracing() { return debugMsgEnv != nullptr || isLogging(); }
 
 /**
  * writeTrace writes one message to each sink that is on, standard error first. Lines of several
