@@ -1,5 +1,6 @@
 #include "bridge/marshal/held_strings.h"
 
+#include <algorithm>
 #include <cassert>
 
 namespace zel::bridge {
@@ -38,9 +39,9 @@ void HeldStrings::releaseAll() {
 void HeldStrings::releaseInOrder(std::initializer_list<const char*> texts) {
   assert(texts.size() == count_);  // GCOVR_EXCL_BR_LINE: aborts
   for (const char* text : texts) {
-    for (std::size_t i = 0; i < count_; ++i) {
-      if (held_[i].text == text) release(held_[i]);
-    }
+    const auto held = std::ranges::find(held_, text, &Held::text);
+    assert(held != held_.end() && "only what is held is released");  // GCOVR_EXCL_BR_LINE: aborts
+    release(*held);
   }
   count_ = 0;
 }

@@ -78,6 +78,16 @@ TEST_F(HeldStringsTest, InsistsOnADecision) {
       },
       "release the strings or leave them held");
 }
+
+TEST_F(HeldStringsTest, InsistsOnStringsThatItHolds) {
+  EXPECT_DEATH(
+      {
+        HeldStrings held(env());
+        held.take(text("a"), kTrace);
+        held.releaseInOrder({"b"});
+      },
+      "only what is held is released");
+}
 #endif
 
 }  // namespace
