@@ -2,6 +2,7 @@
 
 #include "bridge/certstore/with_store.h"
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/keydb/certificate_file.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/block_copies.h"

@@ -4,6 +4,7 @@
 
 #include "bridge/certstore/with_store.h"
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/keydb/entries_by_label.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"

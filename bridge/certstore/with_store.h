@@ -20,7 +20,7 @@ Store takeStore(HeldStrings& held, jstring cspName, jstring password);
 /** takeStoreTracedAsToken is the same for the natives that speak of a token's password. */
 Store takeStoreTracedAsToken(HeldStrings& held, jstring cspName, jstring password);
 
-/** openStore opens the store. */
+/** openStore opens the store. The handle is the library's after a failure, too. */
 int openStore(const Store& store, int* handle);
 
 /**

@@ -3,6 +3,7 @@
 #include <cstdlib>
 
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"

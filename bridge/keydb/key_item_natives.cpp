@@ -1,6 +1,7 @@
 // Read key items of a key database. Every failure reads as null or false: no code reaches Java.
 
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/keydb/entries_by_label.h"
 #include "bridge/keydb/key_item_lists.h"
 #include "bridge/keydb/with_key_db.h"

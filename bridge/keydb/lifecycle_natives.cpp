@@ -1,6 +1,7 @@
 // Create, open, re-password and stash a key database file.
 
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/trace_texts.h"

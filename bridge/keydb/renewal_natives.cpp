@@ -4,6 +4,7 @@
 
 #include "bridge/frame/gate.h"
 #include "bridge/frame/stated_leaks.h"
+#include "bridge/frame/trace.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"

@@ -2,6 +2,7 @@
 // file.
 
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/keydb/with_key_db.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/distinguished_names.h"

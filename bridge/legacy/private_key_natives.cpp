@@ -1,4 +1,4 @@
-// Encrypt and decrypt a private key: bytes to bytes, no key database.
+// Encrypt and decrypt a private key into objects of the legacy package.
 
 #include "bridge/keydb/private_key_conversions.h"
 #include "bridge/legacy/legacy_items.h"

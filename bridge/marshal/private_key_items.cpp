@@ -7,8 +7,7 @@ namespace zel::bridge {
 
 namespace {
 
-/** newBytesItem makes an object of a class that wraps bytes, and traces the class and the object.
- */
+/** newBytesItem makes an object of a class that wraps bytes, and traces both. */
 template <typename Trace>
 jobject newBytesItem(JNIEnv* env, const char* className, const unsigned char* bytes,
                      uint32_t length, Trace&& trace) {

@@ -52,7 +52,7 @@ void wipeAndFree(unsigned char* buffer, jint length) {
 }
 
 int bytesShown(const unsigned char* buffer, jint length) {
-  return buffer == nullptr ? static_cast<int>(sizeof "null") : length;
+  return buffer == nullptr ? static_cast<int>(std::strlen(bytesAsText(nullptr))) : length;
 }
 
 const char* bytesAsText(const unsigned char* buffer) {

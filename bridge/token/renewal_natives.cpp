@@ -1,6 +1,7 @@
 // A renewed certificate against the one that a token holds.
 
 #include "bridge/frame/gate.h"
+#include "bridge/frame/trace.h"
 #include "bridge/kmlib/zelkm.h"
 #include "bridge/marshal/held_strings.h"
 #include "bridge/marshal/strings_and_bytes.h"
