@@ -33,8 +33,7 @@ jboolean Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1CheckCertAsRenewal(
     const int rc =
         ZELKM_CheckCertAsRenewal(handle, cert, static_cast<uint32_t>(certLength), &isRenewal);
     traceMessage(
-        "CMSKeyDatabase::c_CheckCertAsRenewal 0100, after calling ZELKM_CheckCertAsRenewal, "
-        "jrc=%d\n",
+        "CMSKeyDatabase::c_CheckCertAsRenewal 0100, after calling ZELKM_CheckCertAsRenewal, jrc=%d\n",
         rc);
     return rc;
   });

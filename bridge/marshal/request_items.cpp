@@ -55,8 +55,7 @@ jobject getJavaCertReqItem(JNIEnv* env, const ZELKMCertReqItem* req) {
   jstring sigAlgIdOIDName = newJavaString(env, req->sigAlgIdOIDName);
 
   traceMessage(
-      "JNI_DEBUG......getJavaCertReqItem(): produced certReqItem->certReqInfoItem->keySize = "
-      "0x%x\n",
+      "JNI_DEBUG......getJavaCertReqItem(): produced certReqItem->certReqInfoItem->keySize = 0x%x\n",
       static_cast<unsigned>(info->keySize));
   traceMessage("JNI_DEBUG......getJavaCertReqItem(): produced jSubjectName = 0x%x\n",
                lowBits(subjectName));

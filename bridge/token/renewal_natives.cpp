@@ -12,21 +12,22 @@ using namespace zel::bridge;
 
 namespace {
 
+constexpr TextTrace kTraceNumberedModule{
+    "JNI_CryptographicToken::IsPersonalCertificateRenewal 0010, cCryptographicModuleName = %s\n"};
+constexpr TextTrace kTraceNumberedLabel{
+    "JNI_CryptographicToken::IsPersonalCertificateRenewal 0020, cCryptographicTokenLabel = %s\n"};
+constexpr FixedTrace kTraceNumberedNoPassword{
+    "JNI_CryptographicToken::IsPersonalCertificateRenewal 0030, cCryptographicTokenPassword = NULL\n"};
+constexpr TextTrace kTraceNumberedPassword{
+    "JNI_CryptographicToken::IsPersonalCertificateRenewal 0040, cCryptographicTokenPassword = %s\n"};
+
 /** takeTokenNumbered is takeToken with the numbered traces of c_IsPersonalCertificateRenewal. */
 Token takeTokenNumbered(HeldStrings& held, jstring moduleName, jstring tokenLabel,
                         jstring tokenPassword) {
-  const char* module =
-      held.take(moduleName, TextTrace{"JNI_CryptographicToken::IsPersonalCertificateRenewal 0010, "
-                                      "cCryptographicModuleName = %s\n"});
-  const char* label =
-      held.take(tokenLabel, TextTrace{"JNI_CryptographicToken::IsPersonalCertificateRenewal 0020, "
-                                      "cCryptographicTokenLabel = %s\n"});
+  const char* module = held.take(moduleName, kTraceNumberedModule);
+  const char* label = held.take(tokenLabel, kTraceNumberedLabel);
   const char* password =
-      held.takeIfGiven(tokenPassword,
-                       TextTrace{"JNI_CryptographicToken::IsPersonalCertificateRenewal 0040, "
-                                 "cCryptographicTokenPassword = %s\n"},
-                       FixedTrace{"JNI_CryptographicToken::IsPersonalCertificateRenewal 0030, "
-                                  "cCryptographicTokenPassword = NULL\n"});
+      held.takeIfGiven(tokenPassword, kTraceNumberedPassword, kTraceNumberedNoPassword);
   return {module, label, password};
 }
 
@@ -42,8 +43,7 @@ jboolean Java_com_nelo_zel_vosmar_basic_CryptographicToken_c_1IsPersonalCertific
   unsigned char* cert = nullptr;
   JavaByteArrayToUChar(env, certificate, certLength, &cert);
   traceMessage(
-      "JNI_CryptographicToken::IsPersonalCertificateRenewal 0050, Check Duplicate CertData = "
-      "%.*s\n",
+      "JNI_CryptographicToken::IsPersonalCertificateRenewal 0050, Check Duplicate CertData = %.*s\n",
       bytesShown(cert, certLength), bytesAsText(cert));
   unsigned char isRenewal = 0;
   withToken(token, [&](int handle) {
