@@ -55,7 +55,9 @@ NativeTest::~NativeTest() {
 jobjectArray NativeTest::texts(std::initializer_list<const char*> values) {
   if (jni.heap.classNamed("java/lang/String") == nullptr) jni.heap.declare("java/lang/String", {});
   std::vector<jobject> elements;
-  for (const char* value : values) elements.push_back(text(value));
+  for (const char* value : values) {
+    elements.push_back(value == nullptr ? nullptr : text(value));
+  }
   return jni.heap.newArray(jni.heap.classNamed("java/lang/String"), elements);
 }
 

@@ -61,6 +61,7 @@ class NativeTest : public testing::Test {
   jbyteArray bytes(const Bytes& value, const std::string& name = "") {
     return jni.heap.newBytes(value, name);
   }
+  /** texts() is an array of strings, of which any may be null. */
   jobjectArray texts(std::initializer_list<const char*> values);
   /** dnItem() is a DNItem named "dn", with the fields that are given. */
   jobject dnItem(const std::map<std::string, std::string>& fields);

@@ -216,6 +216,89 @@ TEST_F(ExportToPFXFile, EndsTheListWhereANodeCannotBeMade) {
   )");
 }
 
+/** A label of null where the second one should be: the library reads no further than that. */
+const std::string kFirstOfThree = R"(
+    GetArrayLength(String[]#1) = 3
+    malloc(16) = block#1
+    GetObjectArrayElement(String[]#1, 0) = "a"
+    GetStringUTFChars("a")
+    ZELKM_Strdup("a")
+    ReleaseStringUTFChars("a")
+)";
+const std::string kThirdBehindTheEnd = R"(
+    GetObjectArrayElement(String[]#1, 2) = "c"
+    GetStringUTFChars("c")
+    malloc(16) = block#3
+    ZELKM_Strdup("c")
+    trace JNI_DEBUG......exportLabel = c
+    ReleaseStringUTFChars("c")
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_ExportKeys(1, 1, "a.p12", "pfx secret", []) = 0
+    ZELKM_CloseKeyDb(1) = 0
+    ZELKM_FreeLabelList(block#1)
+)" + kFourReleases + R"(
+    return 0
+    held text "a"
+)";
+
+TEST_F(ExportToPFXFile, EndsTheListAtANullLabel) {
+  exportLabels(texts({"a", nullptr, "c"}));
+  EXPECT_TRANSCRIPT(kFourStrings + kFirstOfThree + R"(
+    GetObjectArrayElement(String[]#1, 1) = null
+    malloc(16) = block#2
+    trace JNI_DEBUG......exportLabel = null
+  )" + kThirdBehindTheEnd);
+}
+
+TEST_F(ExportToPFXFile, EndsTheListAtALabelThatCannotBeAcquired) {
+  recorder().faults.failCall("GetStringUTFChars", 6);
+  exportLabels(texts({"a", "b", "c"}));
+  EXPECT_TRANSCRIPT(kFourStrings + kFirstOfThree + R"(
+    GetObjectArrayElement(String[]#1, 1) = "b"
+    GetStringUTFChars("b") = null
+    malloc(16) = block#2
+    trace JNI_DEBUG......exportLabel = null
+  )" + kThirdBehindTheEnd);
+}
+
+TEST_F(ExportToPFXFile, EndsTheListAtALabelThatCannotBeCopied) {
+  recorder().faults.failCall("ZELKM_Strdup", 2);
+  exportLabels(texts({"a", "b", "c"}));
+  EXPECT_TRANSCRIPT(kFourStrings + kFirstOfThree + R"(
+    GetObjectArrayElement(String[]#1, 1) = "b"
+    GetStringUTFChars("b")
+    malloc(16) = block#2
+    ZELKM_Strdup("b") = null
+    trace JNI_DEBUG......exportLabel = null
+    ReleaseStringUTFChars("b")
+  )" + kThirdBehindTheEnd);
+}
+
+TEST_F(ExportToPFXFile, LosesTheFirstOfTwoLabelsWhenTheOpenFailsToo) {
+  library().answers["ZELKM_OpenKeyDb"] = 16;
+  exportLabels(texts({"a", "b"}));
+  EXPECT_TRANSCRIPT(kFourStrings + R"(
+    GetArrayLength(String[]#1) = 2
+    malloc(16) = block#1
+    GetObjectArrayElement(String[]#1, 0) = "a"
+    GetStringUTFChars("a")
+    ZELKM_Strdup("a")
+    ReleaseStringUTFChars("a")
+    GetObjectArrayElement(String[]#1, 1) = "b"
+    GetStringUTFChars("b")
+    malloc(16) = block#2
+    ZELKM_Strdup("b")
+    trace JNI_DEBUG......exportLabel = b
+    ReleaseStringUTFChars("b")
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 16
+    ZELKM_FreeLabelList(block#1)
+  )" + kFourReleases +
+                    R"(
+    return 16
+    held text "a"
+  )");
+}
+
 TEST_F(ExportToPFXFile, RefusesANullEnvironmentObjectOrClass) {
   recorder().faults.failCall("GetObjectClass", 1);
   callOn(nullptr, self, c_ExportToPFXFile, text("a.kdb"), text("p"), text("f"), text("q"), nullptr);
