@@ -158,6 +158,38 @@ TEST_F(NewJavaCertificateItem, WithoutALabelHoldsOnlyItsBytesWhateverElseIsThere
   )");
 }
 
+TEST_F(NewJavaCertificateItem, TracesAnObjectThatCouldNotBeMade) {
+  recorder().faults.failCall("NewObject", 3);
+  convertCert();
+  EXPECT_TRANSCRIPT(kBegun + kSpki + kSignature + kAlgorithm + R"(
+    ZELKM_GetUnsignedCertFromCert([30 ce], 2) = 0, buffer#1 [30 7b]
+    NewByteArray(2) = bytes#5
+    SetByteArrayRegion(bytes#5, 0, 2, [30 7b])
+    NewObject(class basic/CertificateItem, <init>, 3, 2048, "my cert", null, null, 1000, 2000, BERObject#1, null, bytes#3, BERObject#2, "1.2.3", "algorithm", bytes#5, bytes#1) = null
+    trace JNI_DEBUG......exit(): produced jCertificateItem = 0x0
+    trace JNI_DEBUG......exit(): jCertificateItemClass = 0x{class basic/CertificateItem}
+    return null
+    held buffer#1
+  )");
+}
+
+TEST_F(NewJavaCertificateItem, IsNullWhenTheObjectOfItsBytesCannotBeMade) {
+  std::free(std::exchange(list->item->label, nullptr));
+  recorder().faults.failCall("NewObject", 1);
+  convertCert();
+  EXPECT_TRANSCRIPT(R"(
+    FindClass("com/nelo/zel/vosmar/basic/CertificateItem") = class basic/CertificateItem
+    GetMethodID(class basic/CertificateItem, "<init>", "([B)V")
+    trace JNI_DEBUG......constructorMID 0x{<init>}
+    NewByteArray(2) = bytes#1
+    SetByteArrayRegion(bytes#1, 0, 2, [30 ce])
+    trace JNI_DEBUG......to construct a cert (no line end)
+    NewObject(class basic/CertificateItem, <init>, bytes#1) = null
+    return null
+    held nothing
+  )");
+}
+
 TEST_F(NewJavaCertificateItem, MakesNothingOfNoRecord) {
   convert([&] { return newJavaCertificateItem(env, kBasicItems, nullptr); });
   EXPECT_TRANSCRIPT(kYieldsNull);

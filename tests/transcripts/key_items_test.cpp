@@ -173,6 +173,21 @@ TEST_F(NewJavaKeyItem, EndsWithoutItsClassConstructorOrSetter) {
   )");
 }
 
+TEST_F(NewJavaKeyItem, AsksForNoSetterOfAnObjectThatCouldNotBeMade) {
+  recorder().faults.failCall("NewObject", 1);
+  convertItem();
+  EXPECT_TRANSCRIPT(R"(
+    FindClass("com/nelo/zel/vosmar/basic/KeyItem") = class basic/KeyItem
+    trace JNI_DEBUG......jKeyItemClass = 0x{class basic/KeyItem}
+    GetMethodID(class basic/KeyItem, "<init>", "{KeyItem}")
+    trace JNI_DEBUG......jKeyItemClass = 0x{class basic/KeyItem}, constructor=0x{<init>}
+    NewStringUTF("my key")
+    NewObject(class basic/KeyItem, <init>, "my key", 1, 2048, null, null, null, false, false) = null
+    return null
+    held nothing
+  )");
+}
+
 TEST_F(NewJavaKeyItem, MakesNothingOfNoRecord) {
   convert([&] { return newJavaKeyItem(env, kBasicItems, nullptr); });
   EXPECT_TRANSCRIPT(R"(

@@ -197,6 +197,25 @@ TEST_F(GetJavaCertReqItem, NeedsItsAlgorithm) {
   EXPECT_TRANSCRIPT(kBegun + kWholeRequest + kRequestInfo + kSpki + kSignature + kYieldsNull);
 }
 
+TEST_F(GetJavaCertReqItem, TracesAnObjectThatCouldNotBeMade) {
+  recorder().faults.failCall("NewObject", 3);
+  convertRequest();
+  EXPECT_TRANSCRIPT(kBegun + kWholeRequest + kRequestInfo + kSpki + kSignature + kAlgorithm + R"(
+    trace JNI_DEBUG......getJavaCertReqItem(): produced certReqItem->certReqInfoItem->keySize = 0x800
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jSubjectName = 0x0
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jSPKI = 0x{BERObject#1}
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jSig = 0x{bytes#4}
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jSigAlgId = 0x{BERObject#2}
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jSigAlgIdOID = 0x{"1.2.3"}
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jsigAlgIdOIDName = 0x{"algorithm"}
+    trace JNI_DEBUG......getJavaCertReqItem(): produced jBerData = 0x{bytes#1}
+    NewObject(class basic/CertificateRequestItem, <init>, 2048, null, BERObject#1, null, bytes#4, BERObject#2, "1.2.3", "algorithm", bytes#1, bytes#2) = null
+    trace JNI_DEBUG......jCertReqItemClass = 0x{class basic/CertificateRequestItem}, retObj = 0x0
+    return null
+    held nothing
+  )");
+}
+
 class NewJavaReqKeyItem : public NativeTest {
  protected:
   NewJavaReqKeyItem() : NativeTest("CMSKeyDatabase") {}
@@ -295,6 +314,20 @@ TEST_F(NewJavaReqKeyItem, EndsWithoutItsClassConstructorOrSetter) {
     NewStringUTF("my request")
     NewObject(class basic/KeyItem, <init>, "my request", 1, 2048, null, null, null) = KeyItem#1
     GetMethodID(class basic/KeyItem, "setHasPrivateKey", "(Z)V") = null
+    return null
+    held nothing
+  )");
+}
+
+TEST_F(NewJavaReqKeyItem, AsksForNoSetterOfAnObjectThatCouldNotBeMade) {
+  recorder().faults.failCall("NewObject", 1);
+  convertItem();
+  EXPECT_TRANSCRIPT(R"(
+    FindClass("com/nelo/zel/vosmar/basic/KeyItem") = class basic/KeyItem
+    GetMethodID(class basic/KeyItem, "<init>", "{KeyItem of a request}")
+    trace JNI_DEBUG......jKeyItemClass = 0x{class basic/KeyItem}, constructor=0x{<init>}
+    NewStringUTF("my request")
+    NewObject(class basic/KeyItem, <init>, "my request", 1, 2048, null, null, null) = null
     return null
     held nothing
   )");

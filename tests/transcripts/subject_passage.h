@@ -7,7 +7,7 @@ namespace zel::test {
 
 /**
  * subjectConverted() is the passage in which the DNItem "dn", with only its common name "Alice",
- * becomes a record in the named block. distinguished_names_test.cpp is about its steps.
+ * becomes a record in the named block. subjects_test.cpp is about its steps.
  */
 inline std::string subjectConverted(const std::string& block = "block#1") {
   return R"(
