@@ -161,6 +161,40 @@ TEST_F(GetKeyItemByLabel, GoesByTheItemAndNotByTheCode) {
   )");
 }
 
+TEST_F(GetKeyItemByLabel, GoesByTheRequestAndNotByTheCode) {
+  library().answers["ZELKM_GetReqKeyItemByLabel"] = 20;
+  library().outputsDespiteErrors = true;
+  library().reqKeyItem = [] { return newReqKeyItem("my request"); };
+  call(c_GetKeyItemByLabel, text("a.kdb"), text("secret"), text("my request"), JNI_TRUE);
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetStringUTFChars("my request")
+    trace JNI_DEBUG......cKeyLabel = my request
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_GetReqKeyItemByLabel(1, "my request") = 20, request key item#1
+    trace JNI_DEBUG......KM_GetReqKeyItem gets NON-NULL
+    trace JNI_DEBUG......cReqKeyItem->keySize = 2048
+    FindClass("com/nelo/zel/vosmar/basic/KeyItem") = class basic/KeyItem
+    GetMethodID(class basic/KeyItem, "<init>", "{KeyItem of a request}")
+    trace JNI_DEBUG......jKeyItemClass = 0x{class basic/KeyItem}, constructor=0x{<init>}
+    NewStringUTF("my request")
+    NewObject(class basic/KeyItem, <init>, "my request", 1, 2048, null, null, null) = KeyItem#1
+    GetMethodID(class basic/KeyItem, "setHasPrivateKey", "(Z)V")
+    CallVoidMethod(KeyItem#1, setHasPrivateKey, true)
+    ZELKM_FreeReqKeyItem(request key item#1)
+    ZELKM_CloseKeyDb(1) = 0
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("my request")
+    return KeyItem#1
+    held nothing
+  )");
+}
+
 TEST_F(GetKeyItemByLabel, FreesAnItemThatCannotBeConverted) {
   jni.heap.removeClass("com/nelo/zel/vosmar/basic/KeyItem");
   library().keyItem = [] { return newKeyItem("my key"); };

@@ -79,6 +79,50 @@ TEST_F(GetKeyItemsByPublicKey, LeavesTheStringsHeldForAnArrayOfAnotherLength) {
   )");
 }
 
+TEST_F(GetKeyItemsByPublicKey, LeavesTheStringsHeldWithoutAnArray) {
+  call(c_GetKeyItemsByPublicKey, text("a.kdb"), text("secret"), 2, nullptr);
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    return null
+    held string "a.kdb"
+    held string "secret"
+  )");
+}
+
+TEST_F(GetKeyItemsByPublicKey, FreesAListThatCannotBeConverted) {
+  recorder().faults.failCall("NewObjectArray", 1);
+  library().keyItemList = [] { return newKeyItemList({newKeyItem("my key")}); };
+  call(c_GetKeyItemsByPublicKey, text("a.kdb"), text("secret"), 1, bytes({0x30}));
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetArrayLength(bytes#1) = 1
+    trace JNI_DEBUG......JavaByteArrayToUChar(): jByteLen == jCertBERLen
+    malloc(1) = block#1
+    GetByteArrayElements(bytes#1) = [30]
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_GetKeyItemsByPublicKey(1, 1, [30]) = 0, key item list#1
+    trace JNI_DEBUG......ZELKM_GetKeyItemsByPublicKey gets NON-NULL
+    FindClass("com/nelo/zel/vosmar/basic/KeyItem") = class basic/KeyItem
+    trace JNI_DEBUG......cKeyItemList count is = 1
+    NewObjectArray(1, class basic/KeyItem, null) = null
+    ZELKM_FreeKeyItemList(key item list#1)
+    ZELKM_CloseKeyDb(1) = 0
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    free(block#1)
+    return null
+    held elements of bytes#1
+  )");
+}
+
 TEST_F(GetKeyItemsByPublicKey, ReturnsNullWhenTheOpenFails) {
   library().answers["ZELKM_OpenKeyDb"] = 16;
   call(c_GetKeyItemsByPublicKey, text("a.kdb"), text("wrong"), 2, bytes({0x30, 0x5b}));

@@ -231,6 +231,33 @@ TEST_F(LegacyForwarders, DeleteAKeyOrARequest) {
   )");
 }
 
+/** What the natives behind them never look at may be null. */
+TEST_F(LegacyForwarders, StartAndInsertForANullObjectToo) {
+  callOn(nullptr, nullptr, c_CMSInit, JNI_FALSE);
+  callOn(env, nullptr, c_InsertKey, text("a.kdb"), text("secret"), text("my key"), 2,
+         bytes({0x30, 0xce}, "cert"), 0, nullptr, JNI_FALSE, JNI_TRUE);
+  EXPECT_TRANSCRIPT(R"(
+    trace JNI_DEBUG......Entered KMSystem_c_ZELKMInit().
+    ZELKM_Init() = 0
+    return 0
+    held nothing
+  )" + kTwoStrings + kLabelToo +
+                    R"(
+    GetArrayLength(cert) = 2
+    trace JNI_DEBUG......JavaByteArrayToUChar(): jByteLen == jCertBERLen
+    malloc(2) = block#1
+    GetByteArrayElements(cert) = [30 ce]
+  )" + kOpened + R"(
+    ZELKM_InsertKey(1, "my key", 2, [30 ce], 0, null, 0, 1) = 0
+  )" + kClosed + R"(
+    free(block#1 wiped)
+  )" + kTwoReleases +
+                    kLabelReleased + R"(
+    return 0
+    held elements of cert
+  )");
+}
+
 TEST_F(LegacyForwarders, RefuseANullEnvironmentOrObjectAsTheOthersDo) {
   jstring given = text("given");
   callOn(nullptr, self, c_CreateNewKeyDb, given, given, 0);

@@ -338,6 +338,24 @@ TEST_F(LegacyGetKeyItemsByPublicKey, IsNullWhenTheOpenOrTheLibraryFails) {
   )");
 }
 
+TEST_F(LegacyGetKeyItemsByPublicKey, NeitherConvertsNorFreesAListThatCameWithAnError) {
+  library().answers["ZELKM_GetKeyItemsByPublicKey"] = 18;
+  library().outputsDespiteErrors = true;
+  library().keyItemList = [] { return newKeyItemList({newKeyItem("my key")}); };
+  get(2);
+  EXPECT_TRANSCRIPT(kClassAndTwoStrings + kKeyCopied + kOpened + R"(
+    ZELKM_GetKeyItemsByPublicKey(1, 2, [30 5b]) = 18, key item list#1
+    trace JNI_DEBUG......ZELKM_GetKeyItemsByPublicKey gets NON-NULL
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kTwoReleases +
+                    R"(
+    free(block#1)
+    return null
+    held elements of bytes#1
+    held key item list#1
+  )");
+}
+
 TEST_F(LegacyGetKeyItemsByPublicKey, LeavesTheStringsHeldWhenTheKeyHasAnotherLength) {
   get(3);
   EXPECT_TRANSCRIPT(kClassAndTwoStrings + R"(

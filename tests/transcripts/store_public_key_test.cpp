@@ -127,6 +127,18 @@ TEST_F(StoreGetKeyItemsByPublicKey, LeavesTheStringsHeldWhenTheKeyHasAnotherLeng
   )");
 }
 
+/** The native of a key database refuses such a length before it acquires anything. */
+TEST_F(StoreGetKeyItemsByPublicKey, LeavesTheStringsHeldForANegativeLength) {
+  get(-1);
+  EXPECT_TRANSCRIPT(kClassAndStrings + R"(
+    GetArrayLength(bytes#1) = 2
+    trace JNI_DEBUG......JavaByteArrayToUChar(): jByteLen != jCertBERLen
+    return null
+    held string "CurrentUser/My"
+    held string "secret"
+  )");
+}
+
 TEST_F(StoreGetKeyItemsByPublicKey, LeavesTheStringsHeldWithoutAKey) {
   call(c_GetKeyItemsByPublicKey, text("CurrentUser/My"), text("secret"), 2, nullptr);
   get(0);
