@@ -20,6 +20,7 @@ class FaultPlan {
   static constexpr const char* kJni = "any JNI function";
   static constexpr const char* kLibrary = "any library operation";
   static constexpr const char* kAllocation = "any allocation";
+  static constexpr const char* kReading = "any reading of a file";
 
   /** failCall() lets the n-th call from now on fail, n counted from 1. */
   void failCall(const std::string& functionOrGroup, int n);

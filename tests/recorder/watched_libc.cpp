@@ -130,9 +130,10 @@ FILE* __wrap_fopen(const char* name, const char* mode) {
 size_t __wrap_fread(void* out, size_t size, size_t count, FILE* file) {
   if (!bridgeIsRunning()) return __real_fread(out, size, count, file);
   const HostCode host;
-  const size_t read = __real_fread(out, size, count, file);
+  const bool fails = recorder().faults.fails(FaultPlan::kReading, "fread");
+  const size_t read = fails ? 0 : __real_fread(out, size, count, file);
   recorder().event("fread(" + std::to_string(size) + ", " + std::to_string(count) +
-                   ") = " + std::to_string(read));
+                   ") = " + std::to_string(read) + (fails ? ", error" : ""));
   return read;
 }
 

@@ -8,9 +8,9 @@
 /**
  * @file
  * The C library's functions that the bridge calls, watched: while a BridgeCall is under way,
- * malloc, calloc, realloc, free, fopen, fread, fclose and time are recorded, and allocations fail
- * as the fault plan says. Files are in memory, so nothing is read from or written to the disk, the
- * clock stands still, and dladdr can be made to know nothing.
+ * malloc, calloc, realloc, free, fopen, fread, fclose and time are recorded, and allocations and
+ * reads fail as the fault plan says. Files are in memory, so nothing is read from or written to the
+ * disk, the clock stands still, and dladdr can be made to know nothing.
  *
  * The linker does it: link the target watched_libc, which carries the --wrap options.
  */

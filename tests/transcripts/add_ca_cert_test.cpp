@@ -120,6 +120,33 @@ TEST_F(AddCaCert, OpensNoDatabaseForAFileThatCannotBeOpened) {
   )");
 }
 
+TEST_F(AddCaCert, OpensNoDatabaseWithoutMemory) {
+  watchedLibc().addFile("ca.der", {0x30});
+  recorder().faults.failCall("ZELKM_Malloc", 1);
+  call(c_AddCaCert, text("a.kdb"), text("secret"), text("my ca"), text("ca.der"), JNI_FALSE);
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetStringUTFChars("my ca")
+    trace JNI_DEBUG......cKeyLabel = my ca
+    GetStringUTFChars("ca.der")
+    trace JNI_DEBUG......cCertFileName = ca.der
+    fopen("ca.der", "rb")
+    fread(1, 1024) = 1
+    ZELKM_Malloc(1) = null
+    fclose(file "ca.der")
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("my ca")
+    ReleaseStringUTFChars("ca.der")
+    return 79
+    held nothing
+  )");
+}
+
 TEST_F(AddCaCert, OpensNoDatabaseWhenTheBufferCannotGrow) {
   watchedLibc().addFile("ca.der", Bytes(1025, 0x30));
   recorder().faults.failCall("ZELKM_Realloc", 1);
@@ -164,6 +191,32 @@ TEST_F(AddCaCert, OpensNoDatabaseForBadBase64) {
     GetStringUTFChars("ca.arm")
     trace JNI_DEBUG......cCertFileName = ca.arm
     ZELKM_Base64DecodeFileToBuf("ca.arm") = 90
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("my ca")
+    ReleaseStringUTFChars("ca.arm")
+    return 90
+    held nothing
+  )");
+}
+
+/** The buffer is judged by itself, not by the code that it came with. */
+TEST_F(AddCaCert, FreesABufferThatCameWithAnError) {
+  library().answers["ZELKM_Base64DecodeFileToBuf"] = 90;
+  library().outputsDespiteErrors = true;
+  call(c_AddCaCert, text("a.kdb"), text("secret"), text("my ca"), text("ca.arm"), JNI_TRUE);
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetStringUTFChars("my ca")
+    trace JNI_DEBUG......cKeyLabel = my ca
+    GetStringUTFChars("ca.arm")
+    trace JNI_DEBUG......cCertFileName = ca.arm
+    ZELKM_Base64DecodeFileToBuf("ca.arm") = 90, buffer#1 [30 df]
+    ZELKM_Free(buffer#1)
     ReleaseStringUTFChars("a.kdb")
     ReleaseStringUTFChars("secret")
     ReleaseStringUTFChars("my ca")

@@ -137,6 +137,24 @@ TEST_F(ReadCertFileToBuf, MakesNoBufferOfAnEmptyFile) {
   EXPECT_EQ(length, 0U);
 }
 
+/** What was read up to the error is the file. */
+TEST_F(ReadCertFileToBuf, TakesAReadErrorForTheEndOfTheFile) {
+  watchedLibc().addFile("a.der", ofSize(2500));
+  recorder().faults.failCall("fread", 2);
+  read("a.der", JNI_FALSE);
+  EXPECT_TRANSCRIPT(R"(
+    fopen("a.der", "rb")
+    fread(1, 1024) = 1024
+    ZELKM_Malloc(1024) = block#1
+    fread(1, 1024) = 0, error
+    fclose(file "a.der")
+    return null
+    held block#1
+  )");
+  EXPECT_EQ(code, 0);
+  EXPECT_EQ(Bytes(buffer, buffer + length), ofSize(1024));
+}
+
 TEST_F(ReadCertFileToBuf, Answers87ForAFileThatCannotBeOpened) {
   read("none.der", JNI_FALSE);
   EXPECT_TRANSCRIPT(R"(
