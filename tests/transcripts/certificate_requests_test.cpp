@@ -274,6 +274,20 @@ TEST_F(CreateNewCertRequestSigExt, FreesTheSubjectWhenTheOpenFails) {
   )");
 }
 
+TEST_F(CreateNewCertRequestSigExt, ExportsNothingWhenTheOpenFails) {
+  library().answers["ZELKM_OpenKeyDb"] = 16;
+  exportAgain(1, 2, bytes({0x30, 0xee}, "extensions"), text("r.arm"));
+  EXPECT_TRANSCRIPT(kThreeStrings + kFileName + kExtensionsCopied + R"(
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 16
+    free(block#1 wiped)
+  )" + kThreeReleases +
+                    R"(
+    ReleaseStringUTFChars("r.arm")
+    return 16
+    held elements of extensions
+  )");
+}
+
 TEST_F(CreateNewCertRequestSigExt, ClosesWhenTheLibraryFails) {
   library().answers["ZELKM_CreateNewCertReqSigExt"] = 133;
   library().answers["ZELKM_ReCreateCertReqSig"] = 117;
