@@ -92,6 +92,58 @@ TEST_F(StoreImportCertificate, PassesANegativeKeyLengthOn) {
   )");
 }
 
+/** The gate refuses a length of zero alone. */
+TEST_F(StoreImportCertificate, PassesANegativeCertificateLengthOn) {
+  import(-1, 0);
+  EXPECT_TRANSCRIPT(kImportStrings + R"(
+    GetArrayLength(bytes#1) = 2
+    trace JNI_DEBUG......JavaByteArrayToUChar(): jByteLen != jCertBERLen
+  )" + kStoreOpened +
+                    R"(
+    ZELKM_InsertKey(1, "my key", 4294967295, null, 0, null, 0, 0) = 0
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kStoreReleases +
+                    kLabelReleased + R"(
+    return 0
+    held nothing
+  )");
+}
+
+TEST_F(StoreImportCertificate, PassesTheLengthOfANullKeyOn) {
+  key = nullptr;
+  import(2, 3);
+  EXPECT_TRANSCRIPT(kImportStrings + kCertCopied + kStoreOpened + R"(
+    ZELKM_InsertKey(1, "my key", 2, [30 ce], 3, null, 0, 0) = 0
+    ZELKM_CloseKeyDb(1) = 0
+    free(block#1 wiped)
+  )" + kStoreReleases +
+                    kLabelReleased + R"(
+    return 0
+    held elements of bytes#1
+  )");
+}
+
+/** Here too the password is traced as a token's. */
+TEST_F(StoreImportCertificate, TakesAPasswordWithoutAName) {
+  call(c_ImportCertificate, nullptr, text("secret"), text("my key"), 2, cert, 0, key);
+  EXPECT_TRANSCRIPT(R"(
+    trace JNI_DEBUG......cCSPName = NULL
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cCryptographicTokenPassword = secret
+    GetStringUTFChars("my key")
+    trace JNI_DEBUG......cKeyLabel = my key
+  )" + kCertCopied + R"(
+    ZELKM_OpenKeyDbX({type 4, password "secret"}) = 0, handle 1
+    ZELKM_InsertKey(1, "my key", 2, [30 ce], 0, null, 0, 0) = 0
+    ZELKM_CloseKeyDb(1) = 0
+    free(block#1 wiped)
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("my key")
+    return 0
+    held elements of bytes#1
+  )");
+}
+
 TEST_F(StoreImportCertificate, AsksTheLibraryEvenWithoutCopies) {
   library().answers["ZELKM_InsertKey"] = 65;
   import(5, 6);

@@ -263,6 +263,20 @@ TEST_F(StoreDeleteKeyItemByLabel, HandsBackTheCodeOfAFailedOpen) {
   )");
 }
 
+/** What came with an error is the library's own. */
+TEST_F(StoreDeleteKeyItemByLabel, NeitherUsesNorClosesAHandleThatCameWithAnError) {
+  library().answers["ZELKM_OpenKeyDbX"] = 139;
+  library().outputsDespiteErrors = true;
+  remove();
+  EXPECT_TRANSCRIPT(kStoreStrings + kLabelToo + R"(
+    ZELKM_OpenKeyDbX({type 4, token "CurrentUser/My", password "secret"}) = 139, handle 1
+  )" + kStoreReleases +
+                    kLabelReleased + R"(
+    return 139
+    held handle 1
+  )");
+}
+
 TEST_F(StoreDeleteKeyItemByLabel, RefusesANullEnvironmentObjectOrLabel) {
   callOn(nullptr, self, c_DeleteKeyItemByLabel, text("a"), text("b"), text("c"));
   callOn(env, nullptr, c_DeleteKeyItemByLabel, text("a"), text("b"), text("c"));

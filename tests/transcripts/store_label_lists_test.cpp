@@ -170,7 +170,7 @@ TEST_F(StoreBuildKeyLabelList, OpensAStoreWithoutNameAndPassword) {
   )");
 }
 
-TEST_F(StoreBuildKeyLabelList, ReleasesTheOneStringThatWasGiven) {
+TEST_F(StoreBuildKeyLabelList, TakesANameWithoutAPassword) {
   call(c_BuildKeyLabelList, text("CurrentUser/My"), nullptr);
   EXPECT_TRANSCRIPT(kMethodsLookedUp + R"(
     GetStringUTFChars("CurrentUser/My")
@@ -180,6 +180,21 @@ TEST_F(StoreBuildKeyLabelList, ReleasesTheOneStringThatWasGiven) {
     ZELKM_GetKeyDbLabelList(1) = 0, null
     ZELKM_CloseKeyDb(1) = 0
     ReleaseStringUTFChars("CurrentUser/My")
+    return 0
+    held nothing
+  )");
+}
+
+TEST_F(StoreBuildKeyLabelList, TakesAPasswordWithoutAName) {
+  call(c_BuildKeyLabelList, nullptr, text("secret"));
+  EXPECT_TRANSCRIPT(kMethodsLookedUp + R"(
+    trace JNI_DEBUG......cCSPName = NULL
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cPassword = secret
+    ZELKM_OpenKeyDbX({type 4, password "secret"}) = 0, handle 1
+    ZELKM_GetKeyDbLabelList(1) = 0, null
+    ZELKM_CloseKeyDb(1) = 0
+    ReleaseStringUTFChars("secret")
     return 0
     held nothing
   )");

@@ -124,6 +124,23 @@ TEST_F(TokenAddSignerCertificate, LeavesABufferThatCameWithAnError) {
   )");
 }
 
+TEST_F(TokenAddSignerCertificate, OpensNoTokenWithoutMemory) {
+  watchedLibc().addFile("cert", {0x30});
+  recorder().faults.failCall("ZELKM_Malloc", 1);
+  add(JNI_FALSE);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelAndFile + R"(
+    fopen("cert", "rb")
+    fread(1, 1024) = 1
+    ZELKM_Malloc(1) = null
+    fclose(file "cert")
+  )" + kTokenReleases +
+                    kLabelAndFileReleased +
+                    R"(
+    return 79
+    held nothing
+  )");
+}
+
 TEST_F(TokenAddSignerCertificate, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
   library().losesBuffers = true;
   library().answers["ZELKM_StoreCACert"] = 65;
@@ -212,6 +229,19 @@ TEST_F(TokenExtractCertificate, WritesTheCertificateInTheGivenFormat) {
   extract(JNI_TRUE);
   EXPECT_TRANSCRIPT(kTokenStrings + kLabelAndFile + kTokenOpened + R"(
     ZELKM_ExportCert(1, "my ca", "cert", 1) = 0
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kTokenReleases +
+                    kLabelAndFileReleased +
+                    R"(
+    return 0
+    held nothing
+  )");
+}
+
+TEST_F(TokenExtractCertificate, PassesAnyFormatOn) {
+  extract(2);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelAndFile + kTokenOpened + R"(
+    ZELKM_ExportCert(1, "my ca", "cert", 2) = 0
     ZELKM_CloseKeyDb(1) = 0
   )" + kTokenReleases +
                     kLabelAndFileReleased +

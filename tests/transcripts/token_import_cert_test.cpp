@@ -96,6 +96,35 @@ TEST_F(TokenImportCertificate, PassesANegativeKeyLengthOn) {
   )");
 }
 
+/** The gate refuses a length of zero alone. */
+TEST_F(TokenImportCertificate, PassesANegativeCertificateLengthOn) {
+  import(-1, 0);
+  EXPECT_TRANSCRIPT(kAllStrings + R"(
+    GetArrayLength(bytes#1) = 2
+    trace JNI_DEBUG......JavaByteArrayToUChar(): jByteLen != jCertBERLen
+  )" + kBothOpened + R"(
+    ZELKM_InsertKey(1, "my key", 4294967295, null, 0, null, 0, 0) = 0
+  )" + kBothClosed + kAllReleases +
+                    R"(
+    return 0
+    held nothing
+  )");
+}
+
+TEST_F(TokenImportCertificate, PassesTheLengthOfANullKeyOn) {
+  key = nullptr;
+  import(2, 3);
+  EXPECT_TRANSCRIPT(kAllStrings + kCertCopied + kBothOpened + R"(
+    ZELKM_InsertKey(1, "my key", 2, [30 ce], 3, null, 0, 0) = 0
+  )" + kBothClosed + R"(
+    free(block#1 wiped)
+  )" + kAllReleases +
+                    R"(
+    return 0
+    held elements of bytes#1
+  )");
+}
+
 TEST_F(TokenImportCertificate, AsksTheLibraryEvenWithoutCopies) {
   library().answers["ZELKM_InsertKey"] = 65;
   import(5, 6);

@@ -85,6 +85,39 @@ TEST_F(ImportPersonalCertificateRequest, PassesANegativeKeyLengthOn) {
   )");
 }
 
+/** The gate refuses a length of zero alone. */
+TEST_F(ImportPersonalCertificateRequest, PassesANegativeRequestLengthOn) {
+  import(-1, 0);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelToo + R"(
+    GetArrayLength(bytes#1) = 2
+    trace JNI_DEBUG......JavaByteArrayToUChar(): jByteLen != jCertBERLen
+  )" + kTokenOpened +
+                    R"(
+    ZELKM_InsertReqKey(1, "my key", 4294967295, null, 0, null) = 0
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kTokenReleases +
+                    kLabelReleased +
+                    R"(
+    return 0
+    held nothing
+  )");
+}
+
+TEST_F(ImportPersonalCertificateRequest, PassesTheLengthOfANullKeyOn) {
+  key = nullptr;
+  import(2, 3);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelToo + kRequestCopied + kTokenOpened + R"(
+    ZELKM_InsertReqKey(1, "my key", 2, [30 e9], 3, null) = 0
+    ZELKM_CloseKeyDb(1) = 0
+    free(block#1 wiped)
+  )" + kTokenReleases +
+                    kLabelReleased +
+                    R"(
+    return 0
+    held elements of bytes#1
+  )");
+}
+
 TEST_F(ImportPersonalCertificateRequest, AsksTheLibraryEvenWithoutCopies) {
   library().answers["ZELKM_InsertReqKey"] = 65;
   import(5, 6);

@@ -94,6 +94,19 @@ TEST_F(TokenGetKeyItemByLabel, IsNullWhenNothingIsFound) {
   )");
 }
 
+TEST_F(TokenGetKeyItemByLabel, LooksAmongTheRequestsForAnyFlagButZero) {
+  get(2);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelToo + kTokenOpened + R"(
+    ZELKM_GetReqKeyItemByLabel(1, "my key") = 0, null
+    trace JNI_DEBUG......KM_GetReqKeyItem gets NULL
+    ZELKM_CloseKeyDb(1) = 0
+  )" + kTokenReleases +
+                    kLabelReleased + R"(
+    return null
+    held nothing
+  )");
+}
+
 TEST_F(TokenGetKeyItemByLabel, IsNullAndFreesTheItemWhenItCannotBeConverted) {
   jni.heap.removeClass("com/nelo/zel/vosmar/basic/KeyItem");
   library().keyItem = [] { return newKeyItem("my key"); };
@@ -207,6 +220,20 @@ TEST_F(TokenDeleteKeyItemByLabel, HandsBackTheCodeOfAFailedOpen) {
                     R"(
     return 137
     held nothing
+  )");
+}
+
+/** What came with an error is the library's own. */
+TEST_F(TokenDeleteKeyItemByLabel, NeitherUsesNorClosesAHandleThatCameWithAnError) {
+  library().answers["ZELKM_OpenKeyDbX"] = 137;
+  library().outputsDespiteErrors = true;
+  remove(JNI_FALSE);
+  EXPECT_TRANSCRIPT(kTokenStrings + kLabelToo + R"(
+    ZELKM_OpenKeyDbX({type 2, module "p11.so", token "token", password "1234"}) = 137, handle 1
+  )" + kTokenReleases +
+                    kLabelReleased + R"(
+    return 137
+    held handle 1
   )");
 }
 

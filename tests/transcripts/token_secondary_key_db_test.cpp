@@ -100,6 +100,35 @@ TEST_F(SecondaryKeyDbTest, ClosesTheTokenWhenItCannotBeOpened) {
   EXPECT_EQ(handles.token, 0);
 }
 
+/** The handle of a token that could not be opened is as the library left it. */
+TEST_F(SecondaryKeyDbTest, ClosesAndForgetsNoHandleThatCameWithAFailedTokenOpen) {
+  library().answers["ZELKM_OpenKeyDbX"] = 137;
+  library().outputsDespiteErrors = true;
+  open("a.kdb", "secret");
+  EXPECT_TRANSCRIPT(R"(
+    ZELKM_OpenKeyDbX({type 2, module "p11.so", token "token", password "1234"}) = 137, handle 1
+    return null
+    held handle 1
+  )");
+  EXPECT_EQ(code, 137);
+  EXPECT_EQ(handles.token, 1);
+  EXPECT_EQ(handles.secondary, 0);
+}
+
+TEST_F(SecondaryKeyDbTest, ClosesNoHandleThatCameWithItsOwnFailedOpen) {
+  recorder().faults.failCall("ZELKM_OpenKeyDbX", 2);
+  library().outputsDespiteErrors = true;
+  open("a.kdb", "wrong");
+  EXPECT_TRANSCRIPT(kTokenOpened + R"(
+    ZELKM_OpenKeyDbX({type 1, file "a.kdb", password "wrong"}) = 1, handle 2
+    ZELKM_CloseKeyDb(1) = 0
+    return null
+    held handle 2
+  )");
+  EXPECT_EQ(code, 1);
+  EXPECT_EQ(handles.token, 0);
+}
+
 TEST_F(SecondaryKeyDbTest, ClosesItselfThenTheTokenWhenItCannotBeAttached) {
   library().answers["ZELKM_SetSecondaryKeyDb"] = 136;
   open("a.kdb", "secret");
