@@ -110,7 +110,9 @@ jobject newObjectV(JNIEnv* env, jclass type, jmethodID constructor, va_list list
 
 /** The receiver may be null, where a native must call on without a check. */
 void callVoidMethodV(JNIEnv* env, jobject object, jmethodID method, va_list list) {
-  MethodCall(env, "CallVoidMethod", object, method, list).done();
+  MethodCall call(env, "CallVoidMethod", object, method, list);
+  if (call.jni().voidMethodsThrow) return call.doneThrowing();
+  call.done();
 }
 
 jboolean booleanResult(MethodCall&& call) {

@@ -45,6 +45,9 @@ class FakeJni {
 
   JavaHeap heap;
 
+  /** Every void method of an object ends with an exception, which stays pending. */
+  bool voidMethodsThrow = false;
+
   /** Of a string's characters that are held, the string. */
   std::map<const char*, jstring> heldCharacters;
 

@@ -25,6 +25,8 @@ void JniCall::returnsShown(const std::string& result) { recorder().event(text_ +
 
 void JniCall::done() { recorder().event(text_); }
 
+void JniCall::doneThrowing() { recorder().event(text_ + " throws"); }
+
 std::string shown(JNIEnv* env, const void* reference) {
   const std::string name = FakeJni::of(env).heap.shown(reference);
   return name.empty() ? "unknown reference" : name;

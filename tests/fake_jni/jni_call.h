@@ -45,6 +45,8 @@ class JniCall {
   std::nullptr_t null();
   void returnsShown(const std::string& result);
   void done();
+  /** doneThrowing() ends it without a result, by an exception of Java's. */
+  void doneThrowing();
 
  private:
   HostCode host_;
