@@ -32,46 +32,6 @@ class TraceTest : public testing::Test {
       std::filesystem::path(testing::TempDir()) / ("trace_" + std::to_string(getpid()) + ".log");
 };
 
-TEST_F(TraceTest, EvaluatesNoArgumentWhileItIsOff) {
-  int evaluated = 0;
-  traceMessage("%d\n", ++evaluated);
-  EXPECT_EQ(evaluated, 0);
-  openDebugLog(log_.c_str());
-  traceMessage("%d\n", ++evaluated);
-  EXPECT_EQ(evaluated, 1);
-}
-
-TEST_F(TraceTest, StampsEachLineOfTheLog) {
-  openDebugLog(log_.c_str());
-  traceMessage("100%% of %s\n", orNull(nullptr));
-  closeDebugLog();
-  const auto lines = linesOfTheLog();
-  ASSERT_EQ(lines.size(), 1U);
-  EXPECT_TRUE(
-      std::regex_match(lines[0], std::regex("\\d{8}\\|\\d{2}:\\d{2}:\\d{2} \\|\\| 100% of null")))
-      << lines[0];
-}
-
-TEST_F(TraceTest, StaysSilentWhenTheLogCannotBeOpened) {
-  openDebugLog((log_ / "not" / "there").c_str());
-  EXPECT_TRUE(isTracing());
-  traceMessage("lost\n");
-  EXPECT_EQ(debugLogFile, nullptr);
-  closeDebugLog();
-  EXPECT_FALSE(isTracing());
-}
-
-TEST_F(TraceTest, HoldsNothingOnceTheLogIsClosed) {
-  openDebugLog(log_.c_str());
-  traceMessage("one line\n");
-  EXPECT_NE(traceFormatBuffer, nullptr);
-  closeDebugLog();
-  EXPECT_EQ(traceFormatBuffer, nullptr);
-  EXPECT_EQ(debugLogFile, nullptr);
-  traceMessage("too late\n");
-  EXPECT_EQ(linesOfTheLog().size(), 1U);
-}
-
 TEST_F(TraceTest, KeepsTheLinesOfManyThreadsWhole) {
   constexpr int kThreads = 8;
   constexpr int kLinesEach = 500;
