@@ -182,6 +182,21 @@ class CMSKeyDatabaseTest {
   }
 
   @Test
+  void aPrivateKeyIsDecryptedAndEncryptedAgain() throws Exception {
+    char[] itsPassword = "key horse 3!".toCharArray();
+    try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD);
+        PrivateKeyInfoItem clear =
+            db.decryptPrivateKey(db.key("key").privateKey().der(), PASSWORD)) {
+      EncryptedPrivateKeyInfoItem encrypted = db.encryptPrivateKey(clear.der(), itsPassword);
+
+      try (PrivateKeyInfoItem again = db.decryptPrivateKey(encrypted.der(), itsPassword)) {
+        assertArrayEquals(clear.der(), again.der());
+      }
+      assertFails(32, () -> db.decryptPrivateKey(encrypted.der(), PASSWORD));
+    }
+  }
+
+  @Test
   void bytesThatAreNoKeyAreNeitherEncryptedNorDecrypted() throws Exception {
     byte[] noKey = {0x30, 0};
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {

@@ -13,6 +13,7 @@ import java.nio.file.Path;
 import java.security.cert.CertificateFactory;
 import java.security.cert.X509Certificate;
 import java.time.Duration;
+import java.util.HexFormat;
 import java.util.List;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
@@ -76,6 +77,29 @@ class CertificateRequestTest {
     assertTrue(Files.readString(again).startsWith("-----BEGIN "));
     assertTrue(Files.size(signedAnew) > 0);
     assertFails(117, () -> db.certificates().extractRequest("other", again));
+  }
+
+  @Test
+  void aRequestMayChooseItsSignature() throws Exception {
+    db.certificates().createRequest(
+        new NewCertificateRequest("server", SUBJECT, KeyType.ec(256), requestFile)
+            .signedWith(SignatureAlgorithm.SHA512));
+
+    String ecdsaWithSha512 = "06082a8648ce3d040304";
+    assertTrue(
+        HexFormat.of().formatHex(db.request("server").request().der()).contains(ecdsaWithSha512));
+  }
+
+  @Test
+  void aRequestIsTakenInWithItsKey() throws Exception {
+    request();
+    KeyItem item = db.request("server");
+    byte[] request = item.request().der();
+
+    ca.insertRequest("server's", request, item.privateKey().der());
+
+    assertArrayEquals(request, ca.request("server's").request().der());
+    assertFails(23, () -> ca.insertRequest("server's", request, item.privateKey().der()));
   }
 
   @Test

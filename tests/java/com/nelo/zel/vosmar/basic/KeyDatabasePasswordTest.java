@@ -62,10 +62,12 @@ class KeyDatabasePasswordTest {
   @Test
   void aStashedPasswordOpensTheDatabase() throws Exception {
     assertTrue(CMSKeyDatabase.isPasswordRequired(file));
+    assertTrue(new WEBDBKeyDatabase(file).isPasswordRequired());
 
     stash();
 
     assertFalse(CMSKeyDatabase.isPasswordRequired(file));
+    assertFalse(new WEBDBKeyDatabase(file).isPasswordRequired());
     CMSKeyDatabase.openWithStash(file).close();
   }
 

@@ -66,6 +66,11 @@ class MSCertificateStoreTest {
   }
 
   @Test
+  void theNamesOfTheStoresAreAskedForWithoutAnyArgument() throws Exception {
+    assertNotEquals(PARAMETER_MISSING, call("c_GetCSPNameList"));
+  }
+
+  @Test
   void aStoreThatIsNotThereFindsNothingAndSaysSo() {
     assertThrows(
         CMSKeyDatabaseException.class, () -> MSCertificateStore.open("Nobody/None", null));
