@@ -226,6 +226,33 @@ TEST_F(AddCaCert, FreesABufferThatCameWithAnError) {
   )");
 }
 
+TEST_F(AddCaCert, FreesNothingWhenTheLibraryTellsALengthAndHandsOutNoBuffer) {
+  library().losesBuffers = true;
+  library().answers["ZELKM_StoreCACert"] = 65;
+  call(c_AddCaCert, text("a.kdb"), text("secret"), text("my ca"), text("ca.arm"), JNI_TRUE);
+  EXPECT_TRANSCRIPT(R"(
+    GetObjectClass(this) = class basic/CMSKeyDatabase
+    GetStringUTFChars("a.kdb")
+    trace JNI_DEBUG......cKeyDbFileName = a.kdb
+    GetStringUTFChars("secret")
+    trace JNI_DEBUG......cKeyDbPwd = secret
+    GetStringUTFChars("my ca")
+    trace JNI_DEBUG......cKeyLabel = my ca
+    GetStringUTFChars("ca.arm")
+    trace JNI_DEBUG......cCertFileName = ca.arm
+    ZELKM_Base64DecodeFileToBuf("ca.arm") = 0, null, 2
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_StoreCACert(1, null, 2, "my ca") = 65
+    ZELKM_CloseKeyDb(1) = 0
+    ReleaseStringUTFChars("a.kdb")
+    ReleaseStringUTFChars("secret")
+    ReleaseStringUTFChars("my ca")
+    ReleaseStringUTFChars("ca.arm")
+    return 65
+    held nothing
+  )");
+}
+
 TEST_F(AddCaCert, FreesTheBufferWhenTheOpenFails) {
   library().answers["ZELKM_OpenKeyDb"] = 16;
   call(c_AddCaCert, text("a.kdb"), text("wrong"), text("my ca"), text("ca.arm"), JNI_TRUE);
