@@ -12,31 +12,14 @@
 #include <memory>
 #include <utility>
 
+#include "engine/sys/descriptor.h"
 #include "engine/sys/hexadecimal.h"
+#include "engine/sys/system_failure.h"
 #include "engine/sys/trace.h"
 
 namespace zel::sys {
 
 namespace {
-
-/** A file descriptor that is closed when it goes. */
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  explicit operator bool() const { return number_ >= 0; }
-  int number() const { return number_; }
-  /** Closes and says whether all was well: some file systems report a failed write only then. */
-  bool close() { return ::close(std::exchange(number_, -1)) == 0; }
-
- private:
-  int number_;
-};
 
 /** A file that is removed again unless it is kept. */
 class Draft {
@@ -55,14 +38,6 @@ class Draft {
   std::string name_;
 };
 
-Failure openFailure(int otherwise, const std::string& name) {
-  int code = otherwise;
-  if (errno == ENOENT || errno == ENOTDIR) code = ZELKM_ERR_FILE_OPEN_NOT_EXIST;
-  if (errno == EACCES || errno == EPERM || errno == EROFS) code = ZELKM_ERR_FILE_OPEN_NOT_ALLOWED;
-  if (errno == EEXIST) code = ZELKM_ERR_DATABASE_ALREADY_EXISTS;
-  return fail(code, "%s: %s", name.c_str(), std::strerror(errno));
-}
-
 template <typename Container>
 Result<Container> readAll(int descriptor, const std::string& name, std::size_t most) {
   Container bytes;
@@ -78,6 +53,31 @@ Result<Container> readAll(int descriptor, const std::string& name, std::size_t m
   }
   bytes.resize(length);
   return bytes;
+}
+
+/** What makes a file not the user's own. */
+struct OwnRule {
+  int openFlags;
+  mode_t barred; /**< what nobody else may do */
+};
+
+Result<SecretBytes> readOwn(const std::string& name, std::size_t most, const OwnRule& rule) {
+  if (name.empty()) return Failure{ZELKM_ERR_FILENAME_NULL};
+  Descriptor file(
+      ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK | rule.openFlags));
+  if (!file) return systemFailure(ZELKM_ERR_FILE_OPEN_TO_READ, name);
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    return fail(ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "%s: not a regular file", name.c_str());
+  }
+  if (status.st_uid != ::geteuid() && status.st_uid != 0) {
+    return fail(ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "%s: belongs to somebody else", name.c_str());
+  }
+  if ((status.st_mode & rule.barred) != 0) {
+    return fail(ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "%s: mode %03o lets others in", name.c_str(),
+                status.st_mode & 0777U);
+  }
+  return readAll<SecretBytes>(file.number(), name, most);
 }
 
 bool writeAll(int descriptor, ByteView bytes) {
@@ -113,7 +113,7 @@ std::string behindLinks(const std::string& name) {
 
 Status writeInto(const std::string& name, ByteView bytes) {
   Descriptor file(::open(name.c_str(), O_WRONLY | O_CLOEXEC | O_NOCTTY));
-  if (!file) return openFailure(ZELKM_ERR_FILE_OPEN_TO_WRITE, name);
+  if (!file) return systemFailure(ZELKM_ERR_FILE_OPEN_TO_WRITE, name);
   if (!writeAll(file.number(), bytes)) {
     return fail(ZELKM_ERR_FILE_WRITE, "%s: %s", name.c_str(), std::strerror(errno));
   }
@@ -126,7 +126,7 @@ Status writeDraft(Draft& draft, const std::string& name, ByteView bytes, FileAcc
   Descriptor file(::open(draft.name().c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW,
                          modeOf(access)));
   if (!file) {
-    Failure failure = openFailure(ZELKM_ERR_FILE_OPEN_TO_WRITE, name);
+    Failure failure = systemFailure(ZELKM_ERR_FILE_OPEN_TO_WRITE, name);
     draft.keep();
     return failure;
   }
@@ -153,33 +153,23 @@ Status replace(const std::string& name, ByteView bytes, FileAccess access, const
 Result<Bytes> readFile(const std::string& name, std::size_t most) {
   if (name.empty()) return Failure{ZELKM_ERR_FILENAME_NULL};
   Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-  if (!file) return openFailure(ZELKM_ERR_FILE_OPEN_TO_READ, name);
+  if (!file) return systemFailure(ZELKM_ERR_FILE_OPEN_TO_READ, name);
   return readAll<Bytes>(file.number(), name, most);
 }
 
 Result<SecretBytes> readSecretFile(const std::string& name, std::size_t most) {
   if (name.empty()) return Failure{ZELKM_ERR_FILENAME_NULL};
   Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-  if (!file) return openFailure(ZELKM_ERR_FILE_OPEN_TO_READ, name);
+  if (!file) return systemFailure(ZELKM_ERR_FILE_OPEN_TO_READ, name);
   return readAll<SecretBytes>(file.number(), name, most);
 }
 
 Result<SecretBytes> readOwnSecretFile(const std::string& name, std::size_t most) {
-  if (name.empty()) return Failure{ZELKM_ERR_FILENAME_NULL};
-  Descriptor file(::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
-  if (!file) return openFailure(ZELKM_ERR_FILE_OPEN_TO_READ, name);
-  struct stat status {};
-  if (::fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
-    return fail(ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "%s: not a regular file", name.c_str());
-  }
-  if (status.st_uid != ::geteuid() && status.st_uid != 0) {
-    return fail(ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "%s: belongs to somebody else", name.c_str());
-  }
-  if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0) {
-    return fail(ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "%s: mode %03o lets others in", name.c_str(),
-                status.st_mode & 0777U);
-  }
-  return readAll<SecretBytes>(file.number(), name, most);
+  return readOwn(name, most, {.openFlags = 0, .barred = S_IRWXG | S_IRWXO});
+}
+
+Result<SecretBytes> readOwnFile(const std::string& name, std::size_t most) {
+  return readOwn(name, most, {.openFlags = O_NOFOLLOW, .barred = S_IWOTH});
 }
 
 Status writeFile(const std::string& name, ByteView bytes, FileAccess access) {
@@ -203,7 +193,7 @@ Status writeNewFile(const std::string& name, ByteView bytes, FileAccess access) 
 Status createFile(const std::string& name, FileAccess access) {
   Descriptor file(
       ::open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, modeOf(access)));
-  if (!file) return openFailure(ZELKM_ERR_FILE_OPEN_TO_WRITE, name);
+  if (!file) return systemFailure(ZELKM_ERR_FILE_OPEN_TO_WRITE, name);
   return success();
 }
 
@@ -214,7 +204,7 @@ Status moveToNewName(const std::string& from, const std::string& to) {
     moved = ::link(from.c_str(), to.c_str());
     if (moved == 0) ::unlink(from.c_str());
   }
-  if (moved != 0) return openFailure(ZELKM_ERR_FILE_WRITE, to);
+  if (moved != 0) return systemFailure(ZELKM_ERR_FILE_WRITE, to);
   if (!syncFolderOf(to)) return fail(ZELKM_ERR_FILE_WRITE, "%s: folder not synced", to.c_str());
   return success();
 }

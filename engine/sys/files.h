@@ -40,6 +40,13 @@ ZEL_SYS_API Result<SecretBytes> readSecretFile(const std::string& name, std::siz
 ZEL_SYS_API Result<SecretBytes> readOwnSecretFile(const std::string& name, std::size_t most);
 
 /**
+ * readOwnFile is readSecretFile for a file that must be the user's (or root's), writable by nobody
+ * outside its group, and no symbolic link. ZELKM_ERR_FILE_OPEN_NOT_ALLOWED (90) when it is not,
+ * ZELKM_ERR_FILE_OPEN_TO_READ (87) for a link.
+ */
+ZEL_SYS_API Result<SecretBytes> readOwnFile(const std::string& name, std::size_t most);
+
+/**
  * writeFile puts the bytes in the place of what the name stood for: after a crash there is either
  * the old file or the new one. What is no regular file (a pipe, a terminal) is written into.
  */

@@ -114,6 +114,39 @@ TEST_F(FilesTest, RefusesASecretThatIsNoFile) {
   EXPECT_EQ(readOwnSecretFile(path("pipe"), 10).code(), ZELKM_ERR_FILE_OPEN_NOT_ALLOWED);
 }
 
+TEST_F(FilesTest, ReadsOwnFilesThatOnlyOthersMayNotWrite) {
+  ASSERT_TRUE(writeFile(path("file"), bytes_, FileAccess::ownerOnly));
+  for (const mode_t mode : {0600, 0644, 0664}) {
+    ASSERT_EQ(::chmod(path("file").c_str(), mode), 0);
+    EXPECT_TRUE(readOwnFile(path("file"), 10));
+  }
+  ASSERT_EQ(::chmod(path("file").c_str(), 0602), 0);
+  EXPECT_EQ(readOwnFile(path("file"), 10).code(), ZELKM_ERR_FILE_OPEN_NOT_ALLOWED);
+}
+
+TEST_F(FilesTest, ReadsNoOwnFileBehindALink) {
+  ASSERT_TRUE(writeFile(path("file"), bytes_, FileAccess::ownerOnly));
+  fs::create_symlink(path("file"), path("link"));
+  EXPECT_EQ(readOwnFile(path("link"), 10).code(), ZELKM_ERR_FILE_OPEN_TO_READ);
+}
+
+TEST_F(FilesTest, WritesAWholeNewFile) {
+  ASSERT_TRUE(writeNewFile(path("file"), bytes_, FileAccess::ownerOnly));
+  EXPECT_EQ(read(path("file")), bytes_);
+  EXPECT_EQ(modeOf(path("file")), 0600U);
+}
+
+TEST_F(FilesTest, WritesNoNewFileOverAnother) {
+  folder_.write("file", bytes_);
+  fs::create_symlink(path("nothing"), path("link"));
+  for (const char* name : {"file", "link"}) {
+    EXPECT_EQ(writeNewFile(path(name), Bytes{9}, FileAccess::ownerOnly).code(),
+              ZELKM_ERR_DATABASE_ALREADY_EXISTS);
+  }
+  EXPECT_EQ(read(path("file")), bytes_);
+  EXPECT_EQ(filesThere(), 2U);
+}
+
 TEST_F(FilesTest, CreatesNoFileThatExists) {
   ASSERT_TRUE(createFile(path("file"), FileAccess::ownerOnly));
   EXPECT_EQ(modeOf(path("file")), 0600U);
