@@ -83,12 +83,13 @@ sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, const Pb
   return encodeDer(i2d_X509_SIG, epki.get());
 }
 
-sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, sys::ByteView password) {
+sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, sys::ByteView password,
+                                          std::uint32_t iterations) {
   sys::Bytes salt(kPbeSaltLength);
   if (RAND_bytes(salt.data(), static_cast<int>(salt.size())) != 1) {
     return cryptoFailure(ZELKM_ERR_CRYPTO, "draw a salt");
   }
-  const sys::Result<PbeKey> pbe = derivePbeKey(password, salt, kPbeIterations);
+  const sys::Result<PbeKey> pbe = derivePbeKey(password, salt, iterations);
   if (!pbe) return pbe.failure();
   return encryptPrivateKey(privateKeyInfo, pbe.value());
 }

@@ -47,7 +47,8 @@ ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyIn
 
 /** The same under a password, with a random salt. */
 ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo,
-                                                      sys::ByteView password);
+                                                      sys::ByteView password,
+                                                      std::uint32_t iterations = kPbeIterations);
 
 /** Whether the bytes have the form of an EncryptedPrivateKeyInfo. */
 ZEL_CMS_API bool isEncryptedPrivateKey(sys::ByteView der);

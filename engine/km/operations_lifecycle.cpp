@@ -4,6 +4,7 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/arguments.h"
+#include "engine/km/certstore/certificate_store.h"
 #include "engine/km/database_lifecycle.h"
 #include "engine/km/handle_table.h"
 #include "engine/km/operation.h"
@@ -70,8 +71,11 @@ int ZELKM_OpenKeyDbX(const KeyDbLocator* locator, int* handle) {
         return handOut(
             token::TokenStore::open(locator->moduleName, locator->tokenLabel, locator->password),
             handle);
-      case KEYDB_LOCATOR_WEBDB:
       case KEYDB_LOCATOR_CERTIFICATE_STORE:
+        if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+        return handOut(certstore::CertificateStore::open(locator->tokenLabel, locator->password),
+                       handle);
+      case KEYDB_LOCATOR_WEBDB:
         return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
       default:
         return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};

@@ -2,6 +2,7 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/arguments.h"
+#include "engine/km/certstore/store_folder.h"
 #include "engine/km/database_lifecycle.h"
 #include "engine/km/operation.h"
 #include "engine/km/token/token_access.h"
@@ -47,6 +48,25 @@ sys::Status askToken(const KeyDbLocator& locator, unsigned char* required) {
   return sys::success();
 }
 
+/** ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST (137) when no certificate store has the name. */
+sys::Status requireStore(const KeyDbLocator& locator) {
+  if (locator.tokenLabel == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  const sys::Result<certstore::StoreFolder> folder = certstore::StoreFolder::of(locator.tokenLabel);
+  return folder ? sys::success() : folder.failure();
+}
+
+/** A certificate store never has a password. */
+sys::Status askStore(const KeyDbLocator& locator, unsigned char* required) {
+  if (sys::Status known = requireStore(locator); !known) return known;
+  *required = 0;
+  return sys::success();
+}
+
+sys::Status changeStore(const KeyDbLocator& locator) {
+  if (sys::Status known = requireStore(locator); !known) return known;
+  return sys::Failure{ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED};
+}
+
 }  // namespace
 
 int ZELKM_ChangeKeyDbPwd(const char* fileName, const char* oldPassword, const char* newPassword,
@@ -63,8 +83,9 @@ int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator) {
       case KEYDB_LOCATOR_TOKEN:
         return token::changeTokenPin(locator->moduleName, locator->tokenLabel, locator->password,
                                      locator->newPassword);
-      case KEYDB_LOCATOR_WEBDB:
       case KEYDB_LOCATOR_CERTIFICATE_STORE:
+        return changeStore(*locator);
+      case KEYDB_LOCATOR_WEBDB:
         return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
       default:
         return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
@@ -86,7 +107,7 @@ int ZELKM_IsPasswordRequired(const KeyDbLocator* locator, unsigned char* require
       case KEYDB_LOCATOR_TOKEN:
         return askToken(*locator, required);
       case KEYDB_LOCATOR_CERTIFICATE_STORE:
-        return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
+        return askStore(*locator, required);
       default:
         return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
     }

@@ -2,6 +2,8 @@
 #include <vector>
 
 #include "bridge/kmlib/zelkm.h"
+#include "engine/km/certstore/store_folder.h"
+#include "engine/km/key_database.h"
 #include "engine/km/label_list.h"
 #include "engine/km/operation.h"
 #include "engine/km/token/token_access.h"
@@ -12,17 +14,12 @@ using namespace zel::km;  // NOLINT(google-build-using-namespace)
 
 namespace {
 
-/** The certificate stores stand in for the tokens of a module without a name. */
-sys::Result<std::vector<std::string>> listCertificateStores() {
-  return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
-}
-
-/** ZELKM_ERR_INVALID_DATABASE_TYPE (134) when a token is to be lent to another. */
+/** ZELKM_ERR_INVALID_DATABASE_TYPE (134) when anything but a key database is to be lent. */
 sys::Status requireLendable(int secondaryHandle) {
   sys::Result<OpenStore> secondary = HandleTable::instance().borrow(secondaryHandle);
   if (!secondary) return secondary.failure();
-  if (dynamic_cast<token::TokenStore*>(&secondary.value().store()) != nullptr) {
-    return sys::fail(ZELKM_ERR_INVALID_DATABASE_TYPE, "a token cannot be lent to a token");
+  if (dynamic_cast<KeyDatabase*>(&secondary.value().store()) == nullptr) {
+    return sys::fail(ZELKM_ERR_INVALID_DATABASE_TYPE, "only a key database is lent to a token");
   }
   return sys::success();
 }
@@ -44,8 +41,9 @@ int onToken(const char* operation, int handle, Body&& body) {
 int ZELKM_GetCryptoTokenLabelList(const char* moduleName, ZELKMLabelList** list) {
   return answering(__func__, [&]() -> sys::Status {
     if (moduleName == nullptr || list == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    // The certificate stores stand in for the tokens of a module without a name.
     sys::Result<std::vector<std::string>> labels =
-        *moduleName == '\0' ? listCertificateStores() : token::listTokenLabels(moduleName);
+        *moduleName == '\0' ? certstore::storeNames() : token::listTokenLabels(moduleName);
     if (!labels) return labels.failure();
     *list = labelListOf(labels.value()).release();
     return sys::success();

@@ -210,8 +210,20 @@ Status moveToNewName(const std::string& from, const std::string& to) {
 }
 
 Status removeFile(const std::string& name) {
-  if (::unlink(name.c_str()) == 0 || errno == ENOENT) return success();
-  return fail(ZELKM_ERR_FILE_REMOVE, "%s: %s", name.c_str(), std::strerror(errno));
+  if (::unlink(name.c_str()) != 0) {
+    if (errno == ENOENT) return success();
+    return fail(ZELKM_ERR_FILE_REMOVE, "%s: %s", name.c_str(), std::strerror(errno));
+  }
+  if (!syncFolderOf(name))
+    return fail(ZELKM_ERR_FILE_REMOVE, "%s: folder not synced", name.c_str());
+  return success();
+}
+
+Status setModificationTime(const std::string& name, std::int64_t nanoseconds) {
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  const timespec times[] = {{0, UTIME_OMIT}, {nanoseconds / kSecond, nanoseconds % kSecond}};
+  if (::utimensat(AT_FDCWD, name.c_str(), times, AT_SYMLINK_NOFOLLOW) == 0) return success();
+  return fail(ZELKM_ERR_FILE_WRITE, "%s: %s", name.c_str(), std::strerror(errno));
 }
 
 std::string temporaryName(const std::string& name) {

@@ -41,8 +41,7 @@ ZEL_SYS_API Result<SecretBytes> readOwnSecretFile(const std::string& name, std::
 
 /**
  * readOwnFile is readSecretFile for a file that must be the user's (or root's), writable by nobody
- * outside its group, and no symbolic link. ZELKM_ERR_FILE_OPEN_NOT_ALLOWED (90) when it is not,
- * ZELKM_ERR_FILE_OPEN_TO_READ (87) for a link.
+ * outside its group, and no symbolic link. ZELKM_ERR_FILE_OPEN_NOT_ALLOWED (90) when it is not.
  */
 ZEL_SYS_API Result<SecretBytes> readOwnFile(const std::string& name, std::size_t most);
 
@@ -67,8 +66,11 @@ ZEL_SYS_API Status createFile(const std::string& name, FileAccess access);
  */
 ZEL_SYS_API Status moveToNewName(const std::string& from, const std::string& to);
 
-/** removeFile removes a file; one that is not there is removed already. */
+/** removeFile removes a file for good; one that is not there is removed already. */
 ZEL_SYS_API Status removeFile(const std::string& name);
+
+/** setModificationTime sets when a file was last written to, in nanoseconds since 1970. */
+ZEL_SYS_API Status setModificationTime(const std::string& name, std::int64_t nanoseconds);
 
 /** A name beside the given one, in the same folder, that no file has. */
 ZEL_SYS_API std::string temporaryName(const std::string& name);

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -43,6 +44,25 @@ sys::Bytes TemporaryFolder::read(std::string_view name) const {
       .read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
   return bytes;
 }
+
+namespace {
+
+void setHome(const char* value) {
+  if (value == nullptr) {
+    unsetenv("HOME");
+  } else {
+    setenv("HOME", value, 1);
+  }
+}
+
+}  // namespace
+
+HomeVariable::HomeVariable(const char* value) {
+  if (const char* old = std::getenv("HOME"); old != nullptr) old_ = old;
+  setHome(value);
+}
+
+HomeVariable::~HomeVariable() { setHome(old_ ? old_->c_str() : nullptr); }
 
 CommandResult run(const std::string& command) {
   const std::unique_ptr<std::FILE, int (*)(std::FILE*)> pipe(

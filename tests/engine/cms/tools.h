@@ -1,6 +1,7 @@
 #ifndef ZEL_TESTS_ENGINE_CMS_TOOLS_H_
 #define ZEL_TESTS_ENGINE_CMS_TOOLS_H_
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,18 @@ class TemporaryFolder {
 
  private:
   std::string path_;
+};
+
+/** HOME with another value for as long as this lives; null takes it away. */
+class HomeVariable {
+ public:
+  explicit HomeVariable(const char* value);
+  ~HomeVariable();
+  HomeVariable(const HomeVariable&) = delete;
+  HomeVariable& operator=(const HomeVariable&) = delete;
+
+ private:
+  std::optional<std::string> old_;
 };
 
 /** What a shell command printed, standard error included, and how it ended. */

@@ -127,7 +127,7 @@ TEST_F(FilesTest, ReadsOwnFilesThatOnlyOthersMayNotWrite) {
 TEST_F(FilesTest, ReadsNoOwnFileBehindALink) {
   ASSERT_TRUE(writeFile(path("file"), bytes_, FileAccess::ownerOnly));
   fs::create_symlink(path("file"), path("link"));
-  EXPECT_EQ(readOwnFile(path("link"), 10).code(), ZELKM_ERR_FILE_OPEN_TO_READ);
+  EXPECT_EQ(readOwnFile(path("link"), 10).code(), ZELKM_ERR_FILE_OPEN_NOT_ALLOWED);
 }
 
 TEST_F(FilesTest, WritesAWholeNewFile) {

@@ -5,9 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cstdlib>
 #include <filesystem>
-#include <optional>
 #include <string>
 
 #include "tests/engine/cms/tools.h"
@@ -17,24 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using testing::UnorderedElementsAre;
-
-/** HOME with another value for as long as this lives; null takes it away. */
-class Home {
- public:
-  explicit Home(const char* value) {
-    if (const char* old = std::getenv("HOME"); old != nullptr) old_ = old;
-    set(value);
-  }
-  ~Home() { set(old_ ? old_->c_str() : nullptr); }
-  Home(const Home&) = delete;
-  Home& operator=(const Home&) = delete;
-
- private:
-  static void set(const char* value) {
-    value == nullptr ? unsetenv("HOME") : setenv("HOME", value, 1);
-  }
-  std::optional<std::string> old_;
-};
 
 class FoldersTest : public testing::Test {
  protected:
@@ -49,14 +29,14 @@ class FoldersTest : public testing::Test {
 };
 
 TEST_F(FoldersTest, TakeHomeFromTheEnvironment) {
-  const Home home("/home/somebody");
+  const cms::HomeVariable home("/home/somebody");
   EXPECT_EQ(homeFolder().value(), "/home/somebody");
 }
 
 TEST_F(FoldersTest, TakeHomeFromTheUserDatabaseWhenTheEnvironmentDoesNotTell) {
   const std::string known = ::getpwuid(::geteuid())->pw_dir;
   for (const char* value : {static_cast<const char*>(nullptr), "", "relative/folder"}) {
-    const Home home(value);
+    const cms::HomeVariable home(value);
     EXPECT_EQ(homeFolder().value(), known);
   }
 }
