@@ -8,6 +8,11 @@ set -uo pipefail
 list=$1 log=$2
 shift 2
 
+# The certificate stores of the tests are not those of the user.
+HOME=$(mktemp -d)
+export HOME
+trap 'rm -rf "$HOME"' EXIT
+
 "$@" >"$log" 2>&1
 status=$?
 

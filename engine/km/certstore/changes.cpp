@@ -1,7 +1,6 @@
 #include "engine/km/certstore/changes.h"
 
 #include <array>
-#include <ranges>
 #include <utility>
 
 #include "engine/cms/certificates.h"
@@ -46,7 +45,8 @@ sys::Status Changes::commit() {
 
 void Changes::rollBack() {
   doomed_.clear();
-  for (const Undo& undo : std::views::reverse(done_)) {
+  for (auto at = done_.rbegin(); at != done_.rend(); ++at) {
+    const Undo& undo = *at;
     const std::string path = folder_.path(undo.fileName);
     const sys::Status undone =
         undo.oldContent ? sys::writeFile(path, *undo.oldContent, sys::FileAccess::ownerOnly)

@@ -1,0 +1,207 @@
+package com.nelo.zel.vosmar.basic;
+
+import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static org.junit.jupiter.api.Assertions.assertArrayEquals;
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import java.io.IOException;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.security.KeyFactory;
+import java.security.Signature;
+import java.security.cert.X509Certificate;
+import java.security.spec.PKCS8EncodedKeySpec;
+import java.util.Comparator;
+import java.util.List;
+import java.util.stream.Stream;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** Certificate stores in the home folder that the tests run with, and the files that make them up. */
+class CertificateStoreTest {
+  private static final Path STORES =
+      Path.of(System.getenv("HOME"), ".dotnet", "corefx", "cryptography", "x509stores");
+  private static final String MY = "CurrentUser/My";
+
+  @TempDir Path folder;
+  private MSCertificateStore store;
+
+  @BeforeEach
+  void openEmptyStore() throws Exception {
+    clear();
+    store = MSCertificateStore.open(MY, null);
+  }
+
+  @AfterEach
+  void closeStore() throws Exception {
+    store.close();
+    clear();
+  }
+
+  @Test
+  void theStoresAreListed() throws Exception {
+    assertEquals(
+        List.of("CurrentUser/My", "CurrentUser/Root", "CurrentUser/CA"),
+        MSCertificateStore.list());
+  }
+
+  @Test
+  void anEmptyStoreHasNoLabels() throws Exception {
+    assertEquals(List.of(), store.labels().all());
+  }
+
+  @Test
+  void aSelfSignedCertificateIsMadeWithItsKey() throws Exception {
+    store.createSelfSigned(TestDatabase.certificate("server"));
+
+    KeyItem item = store.key("server");
+    X509Certificate certificate = item.certificate().x509();
+    certificate.verify(certificate.getPublicKey());
+    assertEquals("CN=server, O=Example, C=DE", certificate.getSubjectX500Principal().toString());
+    assertTrue(item.hasPrivateKey());
+    assertTrue(isPair(clearKeyOf(item), certificate));
+  }
+
+  @Test
+  void labelsTellEntriesWithKeysFromThoseWithout() throws Exception {
+    store.createSelfSigned(TestDatabase.certificate("server"));
+    store.addSigner("signer", signerFile(Encoding.DER), Encoding.DER);
+
+    MSCertificateStore.Labels labels = store.labels();
+    assertEquals(List.of("server", "signer"), labels.all());
+    assertEquals(List.of("server"), labels.personal());
+    assertEquals(List.of("signer"), labels.signers());
+  }
+
+  @Test
+  void aSignerIsAddedFromAFileOfEitherForm() throws Exception {
+    for (Encoding encoding : Encoding.values()) {
+      String label = "signer " + encoding;
+      Path file = signerFile(encoding);
+      store.addSigner(label, file, encoding);
+
+      assertFalse(store.key(label).hasPrivateKey());
+    }
+    assertEquals(2, store.labels().signers().size());
+  }
+
+  @Test
+  void aCertificateIsImportedWithItsKeyOrWithout() throws Exception {
+    store.createSelfSigned(TestDatabase.certificate("server"));
+    KeyItem item = store.key("server");
+    byte[] certificate = item.certificate().der();
+    byte[] key = clearKeyOf(item);
+    store.deleteKey("server");
+
+    store.importCertificate("with", certificate, key);
+    assertArrayEquals(key, clearKeyOf(store.key("with")));
+    assertFails(21, () -> store.importCertificate("again", certificate, null));
+    store.deleteKey("with");
+
+    store.importCertificate("without", certificate, null);
+    assertFalse(store.key("without").hasPrivateKey());
+    assertArrayEquals(certificate, store.key("without").certificate().der());
+  }
+
+  @Test
+  void entriesAreFoundByLabelAndByPublicKey() throws Exception {
+    store.createSelfSigned(TestDatabase.certificate("alpha"));
+    store.createSelfSigned(TestDatabase.certificate("beta"));
+    byte[] publicKey = store.key("beta").subjectPublicKeyInfo().bytes();
+
+    assertEquals(List.of("alpha"), labels(store.keysWithLabel("alpha")));
+    assertEquals(List.of("beta"), labels(store.keysWithPublicKey(publicKey)));
+    assertEquals(List.of(), store.keysWithLabel("gamma"));
+    assertFails(117, () -> store.key("gamma"));
+  }
+
+  @Test
+  void aDeletedEntryIsGone() throws Exception {
+    store.createSelfSigned(TestDatabase.certificate("server"));
+
+    store.deleteKey("server");
+
+    assertEquals(List.of(), store.labels().all());
+    assertFails(117, () -> store.deleteKey("server"));
+    assertEquals(List.of(), filesIn("my"));
+  }
+
+  @Test
+  void aLabelIsGivenOnce() throws Exception {
+    store.createSelfSigned(TestDatabase.certificate("server"));
+
+    assertFails(23, () -> store.createSelfSigned(TestDatabase.certificate("server")));
+  }
+
+  @Test
+  void aPasswordIsCode139AndAnotherNameCode137() throws Exception {
+    MSCertificateStore.open(MY, new char[0]).close();
+    assertFails(139, () -> MSCertificateStore.open(MY, "secret".toCharArray()));
+    assertFails(137, () -> MSCertificateStore.open("CurrentUser/None", null));
+  }
+
+  @Test
+  void eachStoreHasItsFolderAndEachEntryItsFile() throws Exception {
+    for (String name : MSCertificateStore.list()) {
+      try (MSCertificateStore each = MSCertificateStore.open(name, null)) {
+        each.createSelfSigned(TestDatabase.certificate("server"));
+      }
+    }
+    for (String name : List.of("my", "root", "ca")) {
+      assertEquals(1, filesIn(name).size(), name);
+      assertTrue(filesIn(name).get(0).matches("[0-9A-F]{40}\\.pfx"), name);
+    }
+  }
+
+  /** Whether the certificate verifies what the key signs. */
+  private static boolean isPair(byte[] pkcs8, X509Certificate certificate) throws Exception {
+    Signature signature = Signature.getInstance("SHA256withECDSA");
+    signature.initSign(
+        KeyFactory.getInstance("EC").generatePrivate(new PKCS8EncodedKeySpec(pkcs8)));
+    byte[] signed = signature.sign();
+    signature.initVerify(certificate);
+    return signature.verify(signed);
+  }
+
+  private static byte[] clearKeyOf(KeyItem item) throws CMSKeyDatabaseException {
+    try (PrivateKeyInfoItem clear =
+        PrivateKeyEncryption.decrypt(item.privateKey(), new char[0])) {
+      return clear.der().clone();
+    }
+  }
+
+  /** A file with the certificate of a new key. */
+  private Path signerFile(Encoding encoding) throws Exception {
+    Path file = folder.resolve("signer." + encoding);
+    try (CMSKeyDatabase db = TestDatabase.create(Files.createTempDirectory(folder, "db"))) {
+      db.certificates()
+          .createSelfSigned(TestDatabase.certificate("signer").writtenTo(file, encoding));
+    }
+    return file;
+  }
+
+  private static List<String> labels(List<KeyItem> items) {
+    return items.stream().map(KeyItem::label).toList();
+  }
+
+  private static List<String> filesIn(String name) throws IOException {
+    try (Stream<Path> files = Files.list(STORES.resolve(name))) {
+      return files.map(file -> file.getFileName().toString()).toList();
+    }
+  }
+
+  private static void clear() throws IOException {
+    if (!Files.exists(STORES)) {
+      return;
+    }
+    try (Stream<Path> files = Files.walk(STORES)) {
+      for (Path file : files.sorted(Comparator.reverseOrder()).toList()) {
+        Files.delete(file);
+      }
+    }
+  }
+}
