@@ -8,8 +8,8 @@ set -uo pipefail
 list=$1 log=$2
 shift 2
 
-# The certificate stores of the tests are not those of the user.
-HOME=$(mktemp -d)
+# The certificate stores of the tests are not those of the user. Java knows no other temporary folder.
+HOME=$(mktemp -d -p /tmp)
 export HOME
 trap 'rm -rf "$HOME"' EXIT
 

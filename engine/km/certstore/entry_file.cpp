@@ -7,6 +7,7 @@
 #include "engine/cms/modified_utf8.h"
 #include "engine/km/crypto_mode.h"
 #include "engine/sys/files.h"
+#include "engine/sys/trace.h"
 
 namespace zel::km::certstore {
 
@@ -44,6 +45,10 @@ sys::Result<std::vector<cms::Pkcs12Entry>> readEntryFile(const std::string& path
 sys::Result<sys::SecretBytes> encodeEntry(const KeyEntry& entry) {
   sys::Result<std::string> friendlyName = cms::toUtf8(entry.label);
   if (!friendlyName) return friendlyName.failure();
+  // It would be read back as another, for programs take it for the end.
+  if (friendlyName.value().find('\0') != std::string::npos) {
+    return sys::fail(ZELKM_ERR_PARAMETER, "a label of a certificate store holds U+0000");
+  }
   cms::Pkcs12Entry written;
   written.friendlyName = std::move(friendlyName).value();
   written.privateKeyInfo = entry.privateKey.pkcs8;

@@ -28,7 +28,10 @@ inline constexpr std::size_t kMostFileBytes = 16UL << 20;
  */
 sys::Result<std::vector<cms::Pkcs12Entry>> readEntryFile(const std::string& path);
 
-/** The content of the file of an entry. In the clear as it is, it is wiped as secrets are. */
+/**
+ * The content of the file of an entry. In the clear as it is, it is wiped as secrets are.
+ * ZELKM_ERR_PARAMETER (65) for a label with U+0000.
+ */
 sys::Result<sys::SecretBytes> encodeEntry(const KeyEntry& entry);
 
 }  // namespace zel::km::certstore

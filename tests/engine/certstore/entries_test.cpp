@@ -142,6 +142,15 @@ TEST_F(StoreEntries, CarryLabelsOfAllScripts) {
   EXPECT_THAT(labels(open(kMy)), ElementsAre(label));
 }
 
+TEST_F(StoreEntries, RefuseALabelThatWouldBeReadAsAnother) {
+  EXPECT_EQ(insert(my_,
+                   "we\xC0\x80"
+                   "b",
+                   owner_),
+            ZELKM_ERR_PARAMETER);
+  EXPECT_THAT(files(), IsEmpty());
+}
+
 TEST_F(StoreEntries, AreMadeSelfSigned) {
   ASSERT_EQ(ZELKM_CreateSelfSignedCertSigExt(my_, "self", 0, 3, 2048, name("Self").get(), 30, 1,
                                              nullptr, 0, nullptr, 0),

@@ -6,25 +6,20 @@ import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
-import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.security.KeyFactory;
 import java.security.Signature;
 import java.security.cert.X509Certificate;
 import java.security.spec.PKCS8EncodedKeySpec;
-import java.util.Comparator;
 import java.util.List;
-import java.util.stream.Stream;
 import org.junit.jupiter.api.AfterEach;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
-/** Certificate stores in the home folder that the tests run with, and the files that make them up. */
+/** Certificate stores, and the files that make them up. */
 class CertificateStoreTest {
-  private static final Path STORES =
-      Path.of(System.getenv("HOME"), ".dotnet", "corefx", "cryptography", "x509stores");
   private static final String MY = "CurrentUser/My";
 
   @TempDir Path folder;
@@ -32,14 +27,14 @@ class CertificateStoreTest {
 
   @BeforeEach
   void openEmptyStore() throws Exception {
-    clear();
+    TestStores.clear();
     store = MSCertificateStore.open(MY, null);
   }
 
   @AfterEach
   void closeStore() throws Exception {
     store.close();
-    clear();
+    TestStores.clear();
   }
 
   @Test
@@ -127,7 +122,7 @@ class CertificateStoreTest {
 
     assertEquals(List.of(), store.labels().all());
     assertFails(117, () -> store.deleteKey("server"));
-    assertEquals(List.of(), filesIn("my"));
+    assertEquals(List.of(), TestStores.filesIn("my"));
   }
 
   @Test
@@ -152,8 +147,8 @@ class CertificateStoreTest {
       }
     }
     for (String name : List.of("my", "root", "ca")) {
-      assertEquals(1, filesIn(name).size(), name);
-      assertTrue(filesIn(name).get(0).matches("[0-9A-F]{40}\\.pfx"), name);
+      assertEquals(1, TestStores.filesIn(name).size(), name);
+      assertTrue(TestStores.filesIn(name).get(0).matches("[0-9A-F]{40}\\.pfx"), name);
     }
   }
 
@@ -186,22 +181,5 @@ class CertificateStoreTest {
 
   private static List<String> labels(List<KeyItem> items) {
     return items.stream().map(KeyItem::label).toList();
-  }
-
-  private static List<String> filesIn(String name) throws IOException {
-    try (Stream<Path> files = Files.list(STORES.resolve(name))) {
-      return files.map(file -> file.getFileName().toString()).toList();
-    }
-  }
-
-  private static void clear() throws IOException {
-    if (!Files.exists(STORES)) {
-      return;
-    }
-    try (Stream<Path> files = Files.walk(STORES)) {
-      for (Path file : files.sorted(Comparator.reverseOrder()).toList()) {
-        Files.delete(file);
-      }
-    }
   }
 }
