@@ -127,9 +127,9 @@ std::string sectionOfUnprovoked() {
 
 std::vector<Troubles> allTroubles() {
   std::vector<Troubles> all;
-  for (const auto& some :
-       {troublesOfStores(), troublesOfArguments(), troublesOfDatabases(), troublesOfFiles(),
-        troublesOfEntries(), troublesOfCertificates(), troublesOfChains(), troublesOfTokens()}) {
+  for (const auto& some : {troublesOfStores(), troublesOfArguments(), troublesOfDatabases(),
+                           troublesOfFiles(), troublesOfEntries(), troublesOfCertificates(),
+                           troublesOfChains(), troublesOfTokens(), troublesOfCertificateStores()}) {
     all.insert(all.end(), some.begin(), some.end());
   }
   return all;
@@ -146,7 +146,6 @@ const std::vector<Unprovoked>& unprovoked() {
        "it fails for years alone that are refused before (129)"},
       {ZELKM_ERR_KDB2KYR, "a key ring would have more than 1 GiB, which would not be read again",
        "a test would need a gigabyte"},
-      {ZELKM_ERR_FILE_REMOVE, "a file cannot be removed", "no operation removes one"},
       {ZELKM_ERR_BASE64_ENCODING, "OpenSSL cannot write a PEM file", kOnlyWithoutMemory},
       {ZELKM_ERR_ISSUING_CERTIFICATE, "OpenSSL cannot make the extensions of a certificate",
        kOnlyWithoutMemory},

@@ -74,6 +74,7 @@ TEST(EngineErrors, Entries) { bringAbout(troublesOfEntries()); }
 TEST(EngineErrors, Certificates) { bringAbout(troublesOfCertificates()); }
 TEST(EngineErrors, Chains) { bringAbout(troublesOfChains()); }
 TEST(EngineErrors, Tokens) { bringAbout(troublesOfTokens()); }
+TEST(EngineErrors, CertificateStores) { bringAbout(troublesOfCertificateStores()); }
 
 }  // namespace
 }  // namespace zel::km::errors

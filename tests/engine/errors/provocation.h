@@ -50,6 +50,7 @@ std::vector<Troubles> troublesOfEntries();
 std::vector<Troubles> troublesOfCertificates();
 std::vector<Troubles> troublesOfChains();
 std::vector<Troubles> troublesOfTokens();
+std::vector<Troubles> troublesOfCertificateStores();
 
 /** All of them. */
 std::vector<Troubles> allTroubles();

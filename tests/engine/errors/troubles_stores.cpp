@@ -127,16 +127,6 @@ std::vector<Troubles> troublesOfStores() {
          [](World& w) { w.given.locatorType = KEYDB_LOCATOR_WEBDB; }}}},
 
       {nullptr,
-       {"ZELKM_OpenKeyDbX", "ZELKM_ChangeKeyDbPwdX", "ZELKM_IsPasswordRequired"},
-       {{ZELKM_ERR_UNSUPPORTED_OPTION, "not built yet: locators of type 4",
-         [](World& w) { w.given.locatorType = KEYDB_LOCATOR_CERTIFICATE_STORE; }}}},
-
-      {nullptr,
-       {"ZELKM_GetCryptoTokenLabelList"},
-       {{ZELKM_ERR_UNSUPPORTED_OPTION, "not built yet: the certificate stores, by an empty name",
-         [](World& w) { w.given.moduleName = ""; }}}},
-
-      {nullptr,
        {"ZELKM_SetCryptoInfo"},
        {{ZELKM_ERR_UNSUPPORTED_OPTION, "OpenSSL's validated `fips` provider is not installed",
          [](World& w) { w.given.cryptoFlags[1] = 1; }}}},
