@@ -129,9 +129,9 @@ class TokenCommandsTest {
         new Vosmar.Result(
             4,
             "",
-            "vosmar: softhsm2, other: no token has this label (137,"
-                + " ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST). 'vosmar token list' shows the"
-                + " tokens of a module.\n"),
+            "vosmar: softhsm2, other: no token has this label, or no certificate store this name"
+                + " (137, ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST). 'vosmar token list' shows"
+                + " the tokens of a module, 'vosmar store list' the certificate stores.\n"),
         list("pkcs11:token=other?module-name=softhsm2", "PIN"));
     assertEquals(
         "vosmar: no-such, mine: the PKCS#11 module cannot be loaded (140,"

@@ -24,7 +24,8 @@ final class Advice {
       case 103 -> "Write the stash file with 'vosmar db stash', or give the password.";
       case 117 -> "'vosmar key list' shows the labels.";
       case 120 -> "Mind upper and lower case; with --pfx-password-file only the first line counts.";
-      case 137 -> "'vosmar token list' shows the tokens of a module.";
+      case 137 ->
+          "'vosmar token list' shows the tokens of a module, 'vosmar store list' the certificate stores.";
       case 138 -> "Give the PIN with --password-env or --password-file.";
       case 139 -> "Leave the password option out.";
       case 140 ->

@@ -9,8 +9,8 @@ import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
 import java.nio.file.Path;
 
 /**
- * What can be done with the entries of a key database and of a token alike. What only one of them does
- * is an IllegalArgumentException with the other.
+ * What can be done with the entries of a key database, of a token and of a certificate store alike. What
+ * one of them does not do is an IllegalArgumentException.
  */
 interface Entries extends AutoCloseable {
   CMSKeyDatabase.Labels labels() throws CMSKeyDatabaseException;

@@ -6,12 +6,14 @@ import java.util.concurrent.Callable;
 import picocli.CommandLine.Mixin;
 import picocli.CommandLine.Parameters;
 
-/** A command that works on the entries of an open key database or token. */
+/** A command that works on the entries of an open key database, token or certificate store. */
 abstract class EntryCommand implements Callable<Integer> {
   @Parameters(
       index = "0",
       paramLabel = "DATABASE",
-      description = "The key database file, or a token such as pkcs11:token=mine?module-name=softhsm2.")
+      description =
+          "The key database file, a token such as pkcs11:token=mine?module-name=softhsm2, or a"
+              + " certificate store such as store:CurrentUser/My.")
   private String store;
 
   @Mixin private StorePassword password;
@@ -30,8 +32,12 @@ abstract class EntryCommand implements Callable<Integer> {
   abstract void run(Entries entries, Output out) throws Exception;
 
   private Entries open() throws CMSKeyDatabaseException {
-    return TokenUri.isOne(store)
-        ? new TokenEntries(password.open(TokenUri.parse(store)))
-        : new DatabaseEntries(password.open(Path.of(store)));
+    if (TokenUri.isOne(store)) {
+      return new TokenEntries(password.open(TokenUri.parse(store)));
+    }
+    if (StoreUri.isOne(store)) {
+      return new CertificateStoreEntries(password.open(StoreUri.parse(store)));
+    }
+    return new DatabaseEntries(password.open(Path.of(store)));
   }
 }

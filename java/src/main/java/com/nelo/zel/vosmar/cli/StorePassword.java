@@ -3,6 +3,7 @@ package com.nelo.zel.vosmar.cli;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.CryptographicToken;
+import com.nelo.zel.vosmar.basic.MSCertificateStore;
 import java.nio.file.Path;
 import java.util.Arrays;
 
@@ -36,6 +37,16 @@ final class StorePassword extends PasswordOptions {
     char[] secret = pin();
     try {
       return CryptographicToken.open(uri.module(), uri.label(), secret);
+    } finally {
+      Arrays.fill(secret, '\0');
+    }
+  }
+
+  /** Opens a certificate store, which has no password and refuses one that is given. */
+  MSCertificateStore open(StoreUri uri) throws CMSKeyDatabaseException {
+    char[] secret = given() ? existing() : new char[0];
+    try {
+      return MSCertificateStore.open(uri.name(), secret);
     } finally {
       Arrays.fill(secret, '\0');
     }

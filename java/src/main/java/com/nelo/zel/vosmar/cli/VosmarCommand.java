@@ -11,7 +11,7 @@ import picocli.CommandLine.ScopeType;
 /** {@code vosmar}: everything else is below it. */
 @Command(
     name = "vosmar",
-    description = "Works with keys and certificates: in key databases, files under one password, and on tokens.",
+    description = "Works with keys and certificates: in key databases, files under one password, on tokens and in certificate stores.",
     mixinStandardHelpOptions = true,
     scope = ScopeType.INHERIT,
     versionProvider = VosmarCommand.Version.class,
@@ -32,6 +32,7 @@ import picocli.CommandLine.ScopeType;
       CertCommand.class,
       PfxCommand.class,
       TokenCommand.class,
+      StoreCommand.class,
       GenerateCompletion.class,
       HelpCommand.class
     })

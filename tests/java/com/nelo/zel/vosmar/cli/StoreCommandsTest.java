@@ -1,0 +1,92 @@
+package com.nelo.zel.vosmar.cli;
+
+import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertTrue;
+
+import com.nelo.zel.vosmar.basic.TestStores;
+import java.nio.file.Path;
+import org.junit.jupiter.api.AfterEach;
+import org.junit.jupiter.api.BeforeEach;
+import org.junit.jupiter.api.Test;
+import org.junit.jupiter.api.io.TempDir;
+
+/** Certificate stores on the command line. */
+class StoreCommandsTest {
+  private static final String MY = "store:CurrentUser/My";
+  private static final String ROOT = "store:CurrentUser/Root";
+
+  @TempDir Path folder;
+
+  @BeforeEach
+  @AfterEach
+  void clear() throws Exception {
+    TestStores.clear();
+  }
+
+  @Test
+  void listTellsStoresAsOtherCommandsTakeThem() {
+    assertEquals(MY + "\n" + ROOT + "\nstore:CurrentUser/CA\n", succeed("store", "list"));
+    for (String store : succeed("store", "list").split("\n")) {
+      assertEquals("(empty)\n", succeed("key", "list", store));
+    }
+  }
+
+  @Test
+  void entriesAreMadeShownAndDeleted() throws Exception {
+    succeed("cert", "self-sign", MY, "web", "--subject", "CN=web", "--key", "ec:256");
+
+    assertEquals("web\n", succeed("key", "list", MY));
+    String shown = succeed("key", "show", MY, "web");
+    assertTrue(shown.contains("Subject:     CN=web\n"), shown);
+    assertTrue(shown.contains("Private key: yes\n"), shown);
+    assertEquals(1, TestStores.filesIn("my").size());
+
+    succeed("key", "delete", MY, "web");
+    assertEquals("(empty)\n", succeed("key", "list", MY));
+  }
+
+  @Test
+  void authoritiesAreAdded() {
+    Path root = folder.resolve("root.pem");
+    Path database = folder.resolve("ca.kdb");
+    succeed("db", "create", database, "--password-env", "DB_PWD", "--stash");
+    succeed(
+        "cert", "self-sign", database, "root", "--subject", "CN=Root", "--key", "ec:256", "-o",
+        root);
+
+    succeed("cert", "add", ROOT, "authority", "-i", root);
+
+    String shown = succeed("key", "show", ROOT, "authority");
+    assertTrue(shown.contains("Private key: no\n"), shown);
+    assertEquals(5, Vosmar.run("cert", "add", ROOT, "again", "-i", root).exitCode());
+  }
+
+  @Test
+  void aPasswordIsRefusedAndSoIsAnotherName() {
+    assertEquals(3, Vosmar.run("key", "list", MY, "--password-env", "DB_PWD").exitCode());
+    assertEquals(4, Vosmar.run("key", "list", "store:CurrentUser/None").exitCode());
+    assertEquals(4, Vosmar.run("key", "show", MY, "none").exitCode());
+  }
+
+  @Test
+  void whatAStoreCannotDoIsSaid() {
+    Path file = folder.resolve("web.csr");
+    for (Object[] command :
+        new Object[][] {
+          {"cert", "request", MY, "web", "--subject", "CN=web", "-o", file},
+          {"cert", "extract", MY, "web", "--request", "-o", file},
+          {"key", "delete", MY, "web", "--request"},
+          {"cert", "self-sign", MY, "web", "--subject", "CN=web", "--default"}
+        }) {
+      Vosmar.Result result = Vosmar.run(command);
+      assertEquals(2, result.exitCode(), result.err());
+      assertTrue(result.err().contains("a certificate store has no"), result.err());
+    }
+  }
+
+  private static String succeed(Object... command) {
+    Vosmar.Result result = Vosmar.run(command);
+    assertEquals(0, result.exitCode(), result.err());
+    return result.out();
+  }
+}
