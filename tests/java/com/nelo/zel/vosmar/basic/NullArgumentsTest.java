@@ -47,6 +47,7 @@ class NullArgumentsTest {
           Map.entry(SignatureAlgorithm.class, SignatureAlgorithm.SHA256),
           Map.entry(KeyType.class, KeyType.ec(256)),
           Map.entry(DNItem.class, NAME),
+          Map.entry(AlternativeNames.class, AlternativeNames.parse("DNS:localhost")),
           Map.entry(CMSKeyDatabase.class, DATABASE),
           Map.entry(
               EncryptedPrivateKeyInfoItem.class, new EncryptedPrivateKeyInfoItem(new byte[] {1})),
@@ -103,6 +104,7 @@ class NullArgumentsTest {
             CERTIFICATE,
             REQUEST,
             ISSUE,
+            AlternativeNames.class,
             PfxFile.class,
             Pkcs7File.class,
             PrivateKeyEncryption.class)

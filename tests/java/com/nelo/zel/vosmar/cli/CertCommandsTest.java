@@ -76,9 +76,29 @@ class CertCommandsTest {
         "cert", "issue", ca, "root", "--request", request, "--out", certificate, "--serial",
         "0x2f", "--der");
 
+    assertEquals(
+        certificate + " renews a certificate\n",
+        succeed("cert", "renew", server, "--check", "--in", certificate));
     succeed("cert", "renew", server, "--in", certificate);
+    assertEquals(
+        certificate + " renews no certificate\n",
+        run(1, "cert", "renew", server, "--check", "--in", certificate));
 
     assertTrue(succeed("key", "show", server, "www").contains("Serial:      2f\n"));
+  }
+
+  @Test
+  void aRequestAsksForAlternativeNames() throws Exception {
+    Path request = folder.resolve("server.csr");
+    Path certificate = folder.resolve("server.pem");
+    succeed(
+        "cert", "request", server, "www", "--subject", "CN=www", "--key", "ec:256", "--san",
+        "DNS:www.example.com,ip:192.0.2.1", "--out", request);
+    succeed("cert", "issue", ca, "root", "--request", request, "--out", certificate);
+
+    String shown = Programs.run("openssl", "x509", "-in", certificate, "-noout", "-text");
+
+    assertTrue(shown.contains("DNS:www.example.com, IP Address:192.0.2.1"), shown);
   }
 
   @Test

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import static org.junit.jupiter.api.Assertions.assertEquals;
+import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.nio.file.Files;
@@ -104,6 +105,61 @@ class DbCommandsTest {
             "vosmar: there is no terminal to ask for the database password: use --password-env or"
                 + " --password-file\n"),
         list());
+  }
+
+  @Test
+  void convertMakesAKeyRingAndADatabaseOfIt() {
+    Path ring = folder.resolve("server.kyr");
+    Path back = folder.resolve("back.kdb");
+    Vosmar.run("db", "create", file, "--password-env", "DB_PWD", "--stash");
+    Vosmar.run("cert", "self-sign", file, "www", "--subject", "CN=www", "--key", "ec:256");
+
+    assertEquals(
+        new Vosmar.Result(0, "wrote " + ring + "\n", ""),
+        Vosmar.run("db", "convert", file, "--out", ring, "--kyr-password-env", "PFX_PWD"));
+    assertEquals(
+        new Vosmar.Result(0, "{\"written\":\"" + back + "\"}\n", ""),
+        Vosmar.run(
+            "db", "convert", ring, "--out", back, "--kyr-password-env", "PFX_PWD",
+            "--password-env", "NEW_PWD", "--json"));
+
+    assertEquals(
+        Vosmar.run("key", "show", file, "www", "--password-env", "DB_PWD"),
+        Vosmar.run("key", "show", back, "www", "--password-env", "NEW_PWD"));
+  }
+
+  @Test
+  void convertIsToldWhatToMakeWhereTheNameDoesNotSay() {
+    Path ring = folder.resolve("ring");
+    Vosmar.run("db", "create", file, "--password-env", "DB_PWD", "--stash");
+
+    assertEquals(
+        new Vosmar.Result(
+            2, "", "vosmar: say with --to what " + ring + " shall be: kyr or kdb\n"),
+        Vosmar.run("db", "convert", file, "--out", ring, "--kyr-password-env", "PFX_PWD"));
+    assertEquals(
+        0,
+        Vosmar.run(
+                "db", "convert", file, "--out", ring, "--kyr-password-env", "PFX_PWD", "--to",
+                "kyr")
+            .exitCode());
+  }
+
+  @Test
+  void convertNeedsTheKeyRingsPassword() {
+    Path ring = folder.resolve("server.kyr");
+    Path back = folder.resolve("back.kdb");
+    Vosmar.run("db", "create", file, "--password-env", "DB_PWD", "--stash");
+    Vosmar.run("db", "convert", file, "--out", ring, "--kyr-password-env", "PFX_PWD");
+
+    Vosmar.Result refused =
+        Vosmar.run(
+            "db", "convert", ring, "--out", back, "--kyr-password-env", "WRONG_PWD",
+            "--password-env", "NEW_PWD");
+
+    assertEquals(3, refused.exitCode());
+    assertTrue(refused.err().contains("(120, ZELKM_ERR_PKCS12_PWD_CORRUPTION)"), refused.err());
+    assertFalse(Files.exists(back));
   }
 
   private Vosmar.Result list(String... options) {

@@ -91,7 +91,7 @@ class ErrorMessagesTest {
             "vosmar: "
                 + file
                 + ": the file exists already (9, ZELKM_ERR_DATABASE_ALREADY_EXISTS). Choose"
-                + " another name; vosmar never overwrites a key database.\n"),
+                + " another name; vosmar never overwrites a key database or key ring.\n"),
         Vosmar.run("db", "create", file, "--password-env", "DB_PWD"));
   }
 

@@ -25,6 +25,16 @@ public final class NewCertificateRequest extends NewKeyWish<NewCertificateReques
     this.file = file.toString();
   }
 
+  /**
+   * Sets the names that are asked for beside the subject, as the only extension.
+   *
+   * @param names the names
+   * @return this object
+   */
+  public NewCertificateRequest alsoNamed(AlternativeNames names) {
+    return withExtensions(names.extensions());
+  }
+
   String fileName() {
     return file;
   }

@@ -7,7 +7,7 @@ final class Advice {
   /** A sentence or two for a result code; empty where there is nothing to say. */
   static String of(int resultCode) {
     return switch (resultCode) {
-      case 9 -> "Choose another name; vosmar never overwrites a key database.";
+      case 9 -> "Choose another name; vosmar never overwrites a key database or key ring.";
       case 16 -> "Mind upper and lower case; with --password-file only the first line counts.";
       case 17 -> "Give the name of a file made by 'vosmar db create'.";
       case 18, 19, 20 -> "The file was left as it is. Restore it from a backup.";
@@ -23,7 +23,7 @@ final class Advice {
       case 101 -> "Check the name, or make the key database with 'vosmar db create'.";
       case 103 -> "Write the stash file with 'vosmar db stash', or give the password.";
       case 117 -> "'vosmar key list' shows the labels.";
-      case 120 -> "Mind upper and lower case; with --pfx-password-file only the first line counts.";
+      case 120 -> "Mind upper and lower case; of a password file only the first line counts.";
       case 137 ->
           "'vosmar token list' shows the tokens of a module, 'vosmar store list' the certificate stores.";
       case 138 -> "Give the PIN with --password-env or --password-file.";

@@ -4,15 +4,33 @@ import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
+import picocli.CommandLine.Option;
 
 /** {@code vosmar cert renew}. */
 @Command(name = "renew", description = "Puts a certificate in the place of the one it renews.")
 final class CertRenew extends EntryCommand {
   @Mixin private SourceFile source;
 
+  @Option(names = "--check", description = "Only tell whether the certificate renews one.")
+  private boolean check;
+
+  private boolean renews = true;
+
   @Override
   void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+    if (check) {
+      renews = entries.isRenewal(source.certificate());
+      out.print(
+          source.path() + (renews ? " renews a certificate" : " renews no certificate"),
+          Map.of("file", source.path(), "renews", renews));
+      return;
+    }
     entries.renew(source.certificate());
     out.print("renewed with " + source.path(), Map.of("renewed", source.path()));
+  }
+
+  @Override
+  int exitCode() {
+    return renews ? ExitCode.OK : ExitCode.FAILED;
   }
 }

@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.cli;
 
+import com.nelo.zel.vosmar.basic.AlternativeNames;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.NewCertificateRequest;
 import java.nio.file.Path;
@@ -18,6 +19,14 @@ final class CertRequest extends EntryCommand {
   @Mixin private NewKeyOptions newKey;
 
   @Option(
+      names = "--san",
+      paramLabel = "NAMES",
+      description =
+          "Ask for these alternative names too, such as DNS:www.example.com,IP:192.0.2.1; TLS clients"
+              + " compare the host with them alone.")
+  private String alternativeNames;
+
+  @Option(
       names = {"-o", "--out"},
       required = true,
       paramLabel = "FILE",
@@ -26,9 +35,13 @@ final class CertRequest extends EntryCommand {
 
   @Override
   void run(Entries entries, Output out) throws CMSKeyDatabaseException {
-    entries.createRequest(
+    NewCertificateRequest request =
         new NewCertificateRequest(label, newKey.subject(), newKey.keyType(), target)
-            .signedWith(newKey.signature()));
+            .signedWith(newKey.signature());
+    if (alternativeNames != null) {
+      request.alsoNamed(AlternativeNames.parse(alternativeNames));
+    }
+    entries.createRequest(request);
     out.print("wrote " + target, Map.of("written", target));
   }
 }

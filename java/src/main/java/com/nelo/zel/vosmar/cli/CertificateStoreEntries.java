@@ -58,8 +58,13 @@ record CertificateStoreEntries(MSCertificateStore store) implements Entries {
   }
 
   @Override
+  public boolean isRenewal(byte[] certificate) {
+    throw noRenewal();
+  }
+
+  @Override
   public void renew(byte[] certificate) {
-    throw new IllegalArgumentException("a certificate of a certificate store is not renewed in its place");
+    throw noRenewal();
   }
 
   @Override
@@ -80,6 +85,11 @@ record CertificateStoreEntries(MSCertificateStore store) implements Entries {
   @Override
   public void close() {
     store.close();
+  }
+
+  private static IllegalArgumentException noRenewal() {
+    return new IllegalArgumentException(
+        "a certificate of a certificate store is not renewed in its place");
   }
 
   private static IllegalArgumentException noRequests() {

@@ -57,6 +57,11 @@ record DatabaseEntries(CMSKeyDatabase database) implements Entries {
   }
 
   @Override
+  public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
+    return database.certificates().isRenewal(certificate);
+  }
+
+  @Override
   public void renew(byte[] certificate) throws CMSKeyDatabaseException {
     database.certificates().renew(certificate);
   }

@@ -5,7 +5,7 @@ import picocli.CommandLine.Command;
 /** {@code vosmar db}. */
 @Command(
     name = "db",
-    description = "Creates key databases and changes their passwords.",
+    description = "Creates and converts key databases and changes their passwords.",
     synopsisSubcommandLabel = "COMMAND",
-    subcommands = {DbCreate.class, DbPasswd.class, DbStash.class})
+    subcommands = {DbCreate.class, DbPasswd.class, DbStash.class, DbConvert.class})
 final class DbCommand {}

@@ -32,6 +32,8 @@ interface Entries extends AutoCloseable {
 
   void addCa(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException;
 
+  boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException;
+
   void renew(byte[] certificate) throws CMSKeyDatabaseException;
 
   void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException;

@@ -25,11 +25,16 @@ abstract class EntryCommand implements Callable<Integer> {
     try (Entries entries = open()) {
       run(entries, output);
     }
-    return ExitCode.OK;
+    return exitCode();
   }
 
   /** Does the command's work. */
   abstract void run(Entries entries, Output out) throws Exception;
+
+  /** How a command ends that did its work. */
+  int exitCode() {
+    return ExitCode.OK;
+  }
 
   private Entries open() throws CMSKeyDatabaseException {
     if (TokenUri.isOne(store)) {

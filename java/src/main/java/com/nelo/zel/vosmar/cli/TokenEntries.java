@@ -67,6 +67,11 @@ record TokenEntries(CryptographicToken token) implements Entries {
   }
 
   @Override
+  public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
+    return token.certificates().isRenewal(certificate);
+  }
+
+  @Override
   public void renew(byte[] certificate) throws CMSKeyDatabaseException {
     token.certificates().renew(certificate);
   }
