@@ -6,6 +6,7 @@
 
 #include <new>
 
+#include "engine/km/token/call_turn.h"
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/module.h"
 #include "engine/km/token/slots.h"
@@ -49,7 +50,7 @@ bool isLoggedIn(const Module& module, CK_SESSION_HANDLE session) {
 
 sys::Result<CK_SESSION_HANDLE> LoginTable::openSession(const Module& module, const Token& token,
                                                        Pin pin) {
-  std::lock_guard lock(mutex_);
+  const CallTurn turn;
   const auto open = [&](CK_FLAGS flags, CK_SESSION_HANDLE* session) {
     return module.call(&CK_FUNCTION_LIST::C_OpenSession, token.slot, flags | CKF_SERIAL_SESSION,
                        nullptr, nullptr, session);
@@ -69,13 +70,13 @@ sys::Result<CK_SESSION_HANDLE> LoginTable::openSession(const Module& module, con
 }
 
 void LoginTable::closeSession(const Module& module, CK_SESSION_HANDLE session) {
-  std::lock_guard lock(mutex_);
+  const CallTurn turn;
   module.call(&CK_FUNCTION_LIST::C_CloseSession, session);
 }
 
 CK_RV LoginTable::changePin(const Module& module, const Token& token, CK_SESSION_HANDLE session,
                             Pin oldPin, Pin newPin) {
-  std::lock_guard lock(mutex_);
+  const CallTurn turn;
   const CK_RV rv = module.call(&CK_FUNCTION_LIST::C_SetPIN, session, pinText(oldPin),
                                CK_ULONG(oldPin.size()), pinText(newPin), CK_ULONG(newPin.size()));
   if (rv == CKR_OK) accepted_[token.slot] = proofOf(newPin);
@@ -83,7 +84,7 @@ CK_RV LoginTable::changePin(const Module& module, const Token& token, CK_SESSION
 }
 
 void LoginTable::forget() {
-  std::lock_guard lock(mutex_);
+  const CallTurn turn;
   accepted_.clear();
 }
 

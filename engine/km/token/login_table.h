@@ -6,7 +6,6 @@
 #include <array>
 #include <cstdint>
 #include <map>
-#include <mutex>
 
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
@@ -58,8 +57,10 @@ class LoginTable {
   sys::Status logIn(const Module& module, const Token& token, CK_SESSION_HANDLE session, Pin pin);
   sys::Status joinLogin(CK_SLOT_ID slot, Pin pin) const;
 
-  /** Held over opening, logging in and closing: the last session to close ends the login. */
-  std::mutex mutex_;
+  /**
+   * Guarded by the turn (call_turn.h), which is held over opening, logging in and closing: the last
+   * session to close ends the login.
+   */
   std::map<CK_SLOT_ID, Proof> accepted_;
 };
 

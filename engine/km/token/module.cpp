@@ -4,7 +4,6 @@
 #include <openssl/crypto.h>
 
 #include <map>
-#include <mutex>
 #include <string>
 
 #include "engine/cms/modified_utf8.h"
@@ -23,7 +22,7 @@ struct Module::Library {
   LoginTable logins;
 };
 
-/** The loaded libraries. Its lock is held over C_Initialize and C_Finalize. */
+/** The loaded libraries, used by whose turn it is. */
 class Module::Registry {
  public:
   static Registry& instance() {
@@ -33,7 +32,7 @@ class Module::Registry {
   }
 
   sys::Result<std::shared_ptr<Module>> open(const ModuleName& name) {
-    std::lock_guard lock(mutex_);
+    const CallTurn turn;
     sys::Result<Library*> library = load(name.file);
     if (!library) return library.failure();
     sys::Status status = use(*library.value(), name);
@@ -42,7 +41,7 @@ class Module::Registry {
   }
 
   void close(Library& library) {
-    std::lock_guard lock(mutex_);
+    const CallTurn turn;
     if (--library.users > 0 || !library.initialisedHere) return;
     ERR_set_mark();
     library.functions->C_Finalize(nullptr);
@@ -111,7 +110,6 @@ class Module::Registry {
     return sys::success();
   }
 
-  std::mutex mutex_;
   std::map<void*, Library> libraries_;
 };
 

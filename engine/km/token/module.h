@@ -7,6 +7,7 @@
 #include <memory>
 #include <string_view>
 
+#include "engine/km/token/call_turn.h"
 #include "engine/km/token/login_table.h"
 #include "engine/sys/result.h"
 
@@ -42,10 +43,12 @@ class Module {
   Module& operator=(const Module&) = delete;
   ~Module();
 
-  /** Calls one function of the module. Errors that it leaves in OpenSSL's queue are dropped. */
+  /** Calls one function of the module when it is its turn. Errors that it leaves in OpenSSL's queue
+   * are dropped. */
   template <typename Function, typename... Arguments>
   CK_RV call(Function CK_FUNCTION_LIST::*function, Arguments... arguments) const {
     if (functions_->*function == nullptr) return CKR_FUNCTION_NOT_SUPPORTED;
+    const CallTurn turn;
     ERR_set_mark();
     const CK_RV rv = (functions_->*function)(arguments...);
     ERR_pop_to_mark();

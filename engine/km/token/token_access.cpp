@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "engine/km/token/call_turn.h"
+
 namespace zel::km::token {
 
 namespace {
@@ -25,6 +27,7 @@ sys::Result<FoundToken> locateToken(const char* moduleName, const char* tokenLab
 }  // namespace
 
 sys::Result<std::vector<std::string>> listTokenLabels(const char* moduleName) {
+  const CallTurn turn;
   if (moduleName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
   sys::Result<std::shared_ptr<Module>> module = Module::open(moduleName);
   if (!module) return module.failure();
@@ -37,6 +40,7 @@ sys::Result<std::vector<std::string>> listTokenLabels(const char* moduleName) {
 }
 
 sys::Result<bool> isPinRequired(const char* moduleName, const char* tokenLabel) {
+  const CallTurn turn;
   sys::Result<FoundToken> found = locateToken(moduleName, tokenLabel);
   if (!found) return found.failure();
   return found.value().token.wantsPin();
@@ -44,6 +48,7 @@ sys::Result<bool> isPinRequired(const char* moduleName, const char* tokenLabel) 
 
 sys::Result<std::unique_ptr<Session>> openToken(const char* moduleName, const char* tokenLabel,
                                                 const char* password) {
+  const CallTurn turn;
   sys::Result<FoundToken> found = locateToken(moduleName, tokenLabel);
   if (!found) return found.failure();
   return Session::open(std::move(found.value().module), std::move(found.value().token), password);
@@ -51,6 +56,7 @@ sys::Result<std::unique_ptr<Session>> openToken(const char* moduleName, const ch
 
 sys::Status changeTokenPin(const char* moduleName, const char* tokenLabel, const char* oldPassword,
                            const char* newPassword) {
+  const CallTurn turn;
   if (newPassword == nullptr) return sys::Failure{ZELKM_ERR_NEW_PASSWORD};
   sys::Result<std::unique_ptr<Session>> session = openToken(moduleName, tokenLabel, oldPassword);
   if (!session) return session.failure();

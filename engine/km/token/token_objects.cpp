@@ -4,6 +4,7 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/cms/openssl_ptr.h"
+#include "engine/km/token/call_turn.h"
 #include "engine/km/token/certificate_objects.h"
 #include "engine/km/token/public_keys.h"
 
@@ -92,6 +93,7 @@ std::optional<RequestObject> requestFrom(const Attributes& attributes) {
 }  // namespace
 
 sys::Result<TokenObjects> readTokenObjects(const Session& session, const Handles& doomed) {
+  const CallTurn turn;  // one for all, since every change of turns takes its time
   static constexpr CK_ATTRIBUTE_TYPE kOfCertificates[] = {
       CKA_LABEL, CKA_ID, CKA_CERTIFICATE_TYPE, CKA_VALUE, CKA_TRUSTED, CKA_CERTIFICATE_CATEGORY};
   static constexpr CK_ATTRIBUTE_TYPE kOfKeys[] = {CKA_LABEL,     CKA_ID,      CKA_KEY_TYPE,

@@ -8,6 +8,7 @@
 #include "engine/km/crypto_mode.h"
 #include "engine/km/handle_table.h"
 #include "engine/km/key_material.h"
+#include "engine/km/token/call_turn.h"
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_signing.h"
 #include "engine/sys/trace.h"
@@ -252,6 +253,7 @@ sys::Status TokenStore::setTrusted(const std::string& label, bool trusted) {
 }
 
 sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) {
+  const CallTurn turn;  // what others would see in between is half an entry
   if (changes_.underWay()) return body();
   changes_.begin();
   try {

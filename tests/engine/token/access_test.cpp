@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include "tests/engine/operations/database.h"
 #include "tests/engine/token/test_token.h"
 
 // Which tokens there are, and who gets in.
@@ -108,11 +109,8 @@ class SoftHsmTokens : public testing::Test {
 TEST_F(SoftHsmTokens, aModuleWithoutTokensListsNone) {
   // SoftHSM always has a slot with a token that waits to be initialised.
   EXPECT_THAT(tokenLabels(kSoftHsmModule), ElementsAre());
-  KeyDbLocator named{};
-  named.type = KEYDB_LOCATOR_TOKEN;
-  named.moduleName = kSoftHsmModule;
-  named.tokenLabel = "any";
-  named.password = kPin;
+  const std::string module = kSoftHsmModule;
+  const KeyDbLocator named = tokenLocator(module, "any", kPin);
   int handle = 0;
   EXPECT_EQ(ZELKM_OpenKeyDbX(&named, &handle), ZELKM_ERR_NO_TOKEN_PRESENT);
 }
@@ -138,11 +136,8 @@ TEST_F(SoftHsmTokens, modulesAreKnownByTheNamesOfP11Kit) {
 
 TEST_F(SoftHsmTokens, thePinThatAnotherProcessChangedIsAskedFor) {
   softHsm_.addToken("shared");
-  KeyDbLocator named{};
-  named.type = KEYDB_LOCATOR_TOKEN;
-  named.moduleName = kSoftHsmModule;
-  named.tokenLabel = "shared";
-  named.password = kPin;
+  const std::string module = kSoftHsmModule;
+  KeyDbLocator named = tokenLocator(module, "shared", kPin);
   int handle = 0;
   ASSERT_EQ(ZELKM_OpenKeyDbX(&named, &handle), ZELKM_OK);
   ZELKM_CloseKeyDb(handle);
@@ -154,6 +149,41 @@ TEST_F(SoftHsmTokens, thePinThatAnotherProcessChangedIsAskedFor) {
   named.password = "abcdef";
   ASSERT_EQ(ZELKM_OpenKeyDbX(&named, &handle), ZELKM_OK);
   ZELKM_CloseKeyDb(handle);
+}
+
+TEST(NssTokens, aTokenWithoutPinTakesNone) {
+  const cms::TemporaryFolder folder;
+  const std::string module = NssDatabase(folder, NssDatabase::Pin::none).moduleName();
+  KeyDbLocator named = tokenLocator(module, kNssLabel, nullptr);
+  unsigned char required = 1;
+  EXPECT_EQ(ZELKM_IsPasswordRequired(&named, &required), ZELKM_OK);
+  EXPECT_EQ(required, 0);
+
+  int handle = 0;
+  ASSERT_EQ(ZELKM_OpenKeyDbX(&named, &handle), ZELKM_OK);
+  EXPECT_EQ(ZELKM_CreateSelfSignedCertSigExt(handle, "self", 0, 3, 256, name("Self").get(), 10, 1,
+                                             nullptr, 0, nullptr, 0),
+            ZELKM_OK);
+  EXPECT_THAT(labels(&ZELKM_GetKeyDbLabelList, handle), ElementsAre("self"));
+  ZELKM_CloseKeyDb(handle);
+
+  named.password = kPin;
+  EXPECT_EQ(ZELKM_OpenKeyDbX(&named, &handle), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED);
+}
+
+TEST(NssTokens, aModuleIsUsedWithOneSetOfArgumentsAtATime) {
+  const cms::TemporaryFolder folder;
+  const std::string first = NssDatabase(folder, NssDatabase::Pin::wanted, "first").moduleName();
+  const std::string second = NssDatabase(folder, NssDatabase::Pin::wanted, "second").moduleName();
+  const KeyDbLocator inFirst = tokenLocator(first, kNssLabel, kPin);
+  const KeyDbLocator inSecond = tokenLocator(second, kNssLabel, kPin);
+  int handle = 0;
+  int other = 0;
+  ASSERT_EQ(ZELKM_OpenKeyDbX(&inFirst, &handle), ZELKM_OK);
+  EXPECT_EQ(ZELKM_OpenKeyDbX(&inSecond, &other), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_FUNCTION_FAILED);
+  ZELKM_CloseKeyDb(handle);
+  ASSERT_EQ(ZELKM_OpenKeyDbX(&inSecond, &other), ZELKM_OK);
+  ZELKM_CloseKeyDb(other);
 }
 
 }  // namespace

@@ -1,8 +1,12 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "engine/cms/certificates.h"
 #include "engine/cms/keys.h"
 #include "engine/cms/requests.h"
+#include "engine/km/token/public_keys.h"
+#include "engine/km/token/token_access.h"
 #include "tests/engine/token/token_store_test.h"
 
 // Entries: certificates with and without keys, and requests.
@@ -53,6 +57,24 @@ TEST_P(TokenEntries, aRequestBecomesAnEntryWithItsCertificate) {
   const KeyEntry found = store().findKey("web").value();
   EXPECT_EQ(found.certificate, received.certificate);
   EXPECT_TRUE(signs(found.privateKey, publicKey));
+}
+
+TEST_P(TokenEntries, whatBelongsTogetherHasOneIdAndOneLabel) {
+  const KeyEntry entry = newEntry("web");
+  ASSERT_EQ(store().insertKey(entry).code(), ZELKM_OK);
+  const sys::Result<std::unique_ptr<Session>> session =
+      openToken(moduleName().c_str(), label().c_str(), kPin);
+  Template wanted;
+  wanted.addBytes(CKA_ID, keyIdentifier(publicKeyOf(entry.certificate)).value());
+  const std::vector<CK_OBJECT_HANDLE> objects = session.value()->find(wanted).value();
+  std::vector<CK_ULONG> classes;
+  for (const CK_OBJECT_HANDLE object : objects) {
+    static constexpr CK_ATTRIBUTE_TYPE kTypes[] = {CKA_CLASS, CKA_LABEL};
+    const Attributes attributes = session.value()->read(object, kTypes).value();
+    classes.push_back(attributes.number(CKA_CLASS, 0));
+    EXPECT_TRUE(std::ranges::equal(attributes.bytes(CKA_LABEL), cms::text("web")));
+  }
+  EXPECT_THAT(classes, UnorderedElementsAre(CKO_CERTIFICATE, CKO_PRIVATE_KEY, CKO_PUBLIC_KEY));
 }
 
 TEST_P(TokenEntries, aRequestIsKeptOrMadeAgain) {

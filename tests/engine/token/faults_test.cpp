@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <map>
 
 #include "engine/cms/keys.h"
@@ -87,6 +88,39 @@ TEST_P(TokenFaults, aModuleThatThreadsCannotShareIsNotUsed) {
     return function == "C_Initialize" ? CKR_CANT_LOCK : CKR_OK;
   });
   EXPECT_EQ(openHooked(kPin), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
+}
+
+TEST_P(TokenFaults, keysThatTheTokenDoesNotMakeAreTold) {
+  const Hooks hooks([](const std::string& function) -> CK_RV {
+    return function == "C_GetMechanismInfo" ? CKR_MECHANISM_INVALID : CKR_OK;
+  });
+  EXPECT_EQ(store().generateKey(256).code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
+  EXPECT_EQ(store().generateKey(2048).code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
+}
+
+TEST_P(TokenFaults, objectsThatCannotBeReadOrMadeAreTold) {
+  ASSERT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
+  {
+    const Hooks hooks([](const std::string& function) -> CK_RV {
+      return function == "C_CreateObject" ? CKR_TOKEN_WRITE_PROTECTED : CKR_OK;
+    });
+    EXPECT_EQ(store().insertKey(signerEntry("cb")).code(),
+              ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED);
+  }
+  const Hooks hooks([](const std::string& function) -> CK_RV {
+    return function == "C_DestroyObject" ? CKR_SESSION_READ_ONLY : CKR_OK;
+  });
+  EXPECT_EQ(store().removeKey("ca").code(), ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED);
+  EXPECT_THAT(store().keyLabels().value(), ElementsAre("ca"));
+}
+
+TEST_P(TokenFaults, aTokenWhoseFilesAreGoneIsAnErrorAndNoCrash) {
+  ASSERT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
+  std::filesystem::remove_all(path("tokens"));
+  EXPECT_NE(store().generateKey(256).code(), ZELKM_OK);
+  EXPECT_NE(store().insertKey(signerEntry("cb")).code(), ZELKM_OK);
+  close();
+  EXPECT_NE(openHooked(kPin), ZELKM_OK);
 }
 
 TEST_P(TokenFaults, aTokenPulledOutAtAnyCallIsAnError) {

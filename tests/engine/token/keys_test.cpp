@@ -15,7 +15,7 @@ namespace {
 class TokenKeys : public TokenStoreTest {};
 
 TEST_P(TokenKeys, makesKeysOfEverySizeAndSignsWithEveryDigest) {
-  for (const int size : {2048, 3072, 256, 384, 521}) {
+  for (const int size : {2048, 3072, 4096, 256, 384, 521}) {
     SCOPED_TRACE(size);
     const sys::Result<GeneratedKey> key = store().generateKey(size);
     ASSERT_EQ(key.code(), ZELKM_OK);

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 #include <thread>
 
 #include "tests/engine/token/hooks.h"
@@ -157,6 +158,29 @@ TEST_P(TokenProcessDeathTest, aProcessEndsCleanlyAfterATokenWasClosed) {
     std::exit(0);
   };
   EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
+}
+
+TEST_P(TokenProcessDeathTest, noModuleIsCalledWhileTheProcessExits) {
+  // OpenSC's spy stands before the module and writes down every call.
+  const std::string module = moduleName().substr(0, moduleName().find('?'));
+  const std::string spy = "pkcs11-spy.so" + moduleName().substr(module.size());
+  const std::string log = path("spy.log");
+  setenv("PKCS11SPY", module.c_str(), 1);
+  setenv("PKCS11SPY_OUTPUT", log.c_str(), 1);
+  const auto work = [&] {
+    const KeyDbLocator named = tokenLocator(spy, label().c_str(), kPin);
+    int open = 0;
+    int closed = 0;
+    if (ZELKM_OpenKeyDbX(&named, &open) != ZELKM_OK) std::exit(2);
+    if (ZELKM_OpenKeyDbX(&named, &closed) != ZELKM_OK) std::exit(3);
+    ZELKM_CloseKeyDb(closed);
+    std::filesystem::copy_file(log, path("before exit.log"));
+    std::exit(0);
+  };
+  EXPECT_EXIT(work(), testing::ExitedWithCode(0), "");
+  const sys::Bytes calls = folder_.read("spy.log");
+  EXPECT_NE(std::string(calls.begin(), calls.end()).find("C_Login"), std::string::npos);
+  EXPECT_EQ(calls, folder_.read("before exit.log"));
 }
 
 INSTANTIATE_TEST_SUITE_P(, TokenProcess, testing::Values(Vendor::softHsm), vendorName);

@@ -9,7 +9,6 @@ namespace zel::km::token {
 namespace {
 
 constexpr const char* kSoftHsmLabel = "T\u00f6k\u20acn";
-constexpr const char* kNssLabel = "NSS Certificate DB";
 
 void runOrFail(const std::string& command) {
   const cms::CommandResult result = cms::run(command);
@@ -39,11 +38,12 @@ void SoftHsm::addToken(const std::string& label) const {
             " --label '" + label + "'");
 }
 
-NssDatabase::NssDatabase(const cms::TemporaryFolder& folder)
-    : folder_(folder.path("nss")),
+NssDatabase::NssDatabase(const cms::TemporaryFolder& folder, Pin pin, const std::string& name)
+    : folder_(folder.path(name)),
       pinFile_(folder.write("pin.txt", cms::text(std::string(kPin) + "\n"))) {
   std::filesystem::create_directory(folder_);
-  runOrFail("certutil -N -d " + this->folder() + " -f " + pinFile_);
+  runOrFail("certutil -N -d " + this->folder() +
+            (pin == Pin::none ? " --empty-password" : " -f " + pinFile_));
 }
 
 std::string NssDatabase::moduleName() const {
@@ -67,12 +67,7 @@ TokenTest::~TokenTest() {
 }
 
 KeyDbLocator TokenTest::locator(const char* pin) const {
-  KeyDbLocator named{};
-  named.type = KEYDB_LOCATOR_TOKEN;
-  named.moduleName = moduleName_.c_str();
-  named.tokenLabel = label_.c_str();
-  named.password = pin;
-  return named;
+  return tokenLocator(moduleName_, label_.c_str(), pin);
 }
 
 int TokenTest::open(const char* pin) {
@@ -87,6 +82,15 @@ int TokenTest::open(const char* pin) {
 void TokenTest::close(int handle) {
   EXPECT_EQ(ZELKM_CloseKeyDb(handle), ZELKM_OK);
   std::erase(handles_, handle);
+}
+
+KeyDbLocator tokenLocator(const std::string& moduleName, const char* label, const char* pin) {
+  KeyDbLocator named{};
+  named.type = KEYDB_LOCATOR_TOKEN;
+  named.moduleName = moduleName.c_str();
+  named.tokenLabel = label;
+  named.password = pin;
+  return named;
 }
 
 std::vector<std::string> labels(int (*operation)(int, ZELKMLabelList**), int handle) {

@@ -44,6 +44,7 @@ inline std::string vendorName(const testing::TestParamInfo<Vendor>& info) {
 }
 inline void PrintTo(Vendor vendor, std::ostream* out) { *out << nameOf(vendor); }
 
+inline constexpr const char* kNssLabel = "NSS Certificate DB";
 inline constexpr const char* kSoftHsmModule = "/usr/lib/softhsm/libsofthsm2.so";
 
 /** SoftHSM 2 with a token directory of its own; SOFTHSM2_CONF points to it. */
@@ -57,7 +58,10 @@ class SoftHsm {
 /** NSS softokn with a key database of its own, which is its token. */
 class NssDatabase {
  public:
-  explicit NssDatabase(const cms::TemporaryFolder& folder);
+  enum class Pin { wanted, none };
+
+  explicit NssDatabase(const cms::TemporaryFolder& folder, Pin pin = Pin::wanted,
+                       const std::string& name = "nss");
   std::string moduleName() const;
   /** As certutil and its like take it. */
   std::string folder() const { return "sql:" + folder_; }
@@ -90,6 +94,9 @@ class TokenTest : public testing::TestWithParam<Vendor> {
   std::string label_;
   std::vector<int> handles_;
 };
+
+/** A locator of a token. */
+KeyDbLocator tokenLocator(const std::string& moduleName, const char* label, const char* pin);
 
 /** The labels of an operation that lists: `labels(&ZELKM_GetKeyDbLabelList, handle)`. */
 std::vector<std::string> labels(int (*operation)(int, ZELKMLabelList**), int handle);
