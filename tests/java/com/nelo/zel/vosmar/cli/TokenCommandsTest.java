@@ -6,6 +6,8 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import com.nelo.zel.vosmar.basic.TestToken;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.List;
+import java.util.Map;
 import org.junit.jupiter.api.BeforeEach;
 import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
@@ -160,6 +162,26 @@ class TokenCommandsTest {
     assertEquals(
         "vosmar: a secondary key database stands beside a token only\n",
         fail(2, "cert", "receive", db, "-i", certificate, "--secondary", db));
+  }
+
+  @Test
+  void noModuleIsCalledWhileTheJvmExits() throws Exception {
+    // OpenSC's spy stands before the module and writes down every call.
+    Path log = folder.resolve("spy.log");
+    Path launcher = Path.of(System.getProperty("vosmar.test.home"), "bin", "vosmar");
+    Map<String, String> environment =
+        Map.of(
+            "PIN_VAR", TestToken.PIN,
+            "PKCS11SPY", TestToken.MODULE,
+            "PKCS11SPY_OUTPUT", log.toString());
+
+    String token = "pkcs11:token=mine?module-name=pkcs11-spy.so";
+    Programs.run(environment, launcher, "key", "list", token, "--password-env", "PIN_VAR");
+
+    List<String> calls =
+        Files.readString(log).lines().filter(line -> line.matches("\\d+: C_.*")).toList();
+    assertTrue(calls.stream().anyMatch(call -> call.endsWith("C_Login")), calls.toString());
+    assertTrue(calls.get(calls.size() - 1).endsWith(": C_Finalize"), calls.toString());
   }
 
   /** Runs a command with the token behind the noun and the verb. */
