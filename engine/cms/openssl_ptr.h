@@ -73,7 +73,8 @@ using ExtensionsPtr = std::unique_ptr<STACK_OF(X509_EXTENSION), ExtensionsReleas
 
 /**
  * cryptoFailure traces what was tried with OpenSSL's reason, leaves no OpenSSL error behind for the
- * next caller, and gives the Failure to answer with.
+ * next caller, and gives the Failure to answer with: the code, or ZELKM_ERR_MEMORY_ALLOCATE when
+ * OpenSSL had no memory.
  */
 ZEL_CMS_API sys::Failure cryptoFailure(int code, const char* attempt);
 
