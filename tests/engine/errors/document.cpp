@@ -1,6 +1,5 @@
 #include <algorithm>
 #include <map>
-#include <set>
 
 #include "tests/engine/errors/provocation.h"
 
@@ -66,7 +65,6 @@ std::string anchorOf(std::string title) {
 
 std::string chapterOf(const std::string& title) {
   Table table;
-  std::set<std::string> named;
   for (const Troubles& troubles : allTroubles()) {
     if (troubles.title == nullptr || troubles.title != title) continue;
     for (const Trouble& trouble : troubles.troubles) add(table, trouble);
