@@ -45,15 +45,14 @@ sys::Status Changes::commit() {
 
 void Changes::rollBack() {
   doomed_.clear();
-  for (auto at = done_.rbegin(); at != done_.rend(); ++at) {
-    const Undo& undo = *at;
+  for (; !done_.empty(); done_.pop_back()) {
+    const Undo& undo = done_.back();
     const std::string path = folder_.path(undo.fileName);
     const sys::Status undone =
         undo.oldContent ? sys::writeFile(path, *undo.oldContent, sys::FileAccess::ownerOnly)
                         : sys::removeFile(path);
     if (!undone) sys::traceLine("%s stays changed", path.c_str());
   }
-  done_.clear();
   lock_.reset();
 }
 
