@@ -1,6 +1,5 @@
 #include "engine/km/token/changes.h"
 
-#include <ranges>
 #include <utility>
 
 #include "engine/km/token/cryptoki_codes.h"
@@ -21,7 +20,8 @@ sys::Status Changes::commit() {
 
 void Changes::rollBack() {
   doomed_.clear();
-  for (const Undo& undo : std::views::reverse(done_)) {
+  for (; !done_.empty(); done_.pop_back()) {
+    const Undo& undo = done_.back();
     sys::Status status = sys::success();
     if (undo.wasMade) {
       status = session_.destroy(undo.object);
@@ -32,7 +32,6 @@ void Changes::rollBack() {
     }
     if (!status) sys::traceLine("object %lu stays changed on the token", undo.object);
   }
-  done_.clear();
   underWay_ = false;
 }
 
