@@ -61,11 +61,8 @@ std::vector<Troubles> troublesOfFiles() {
        {"ZELKM_Base64DecodeFileToBuf", "ZELKM_ImportKeysFromPFXFile", "ZELKM_Kyr2Kdb"},
        {{ZELKM_ERR_FILE_OPEN_NOT_EXIST, "the file to be read does not exist",
          [](World& w) { w.given.fileName = w.keep(w.path("none")); }},
-        {ZELKM_ERR_FILE_OPEN_TO_READ, "the file to be read cannot be opened: a loop of links",
-         [](World& w) {
-           fs::create_symlink(w.path("loop"), w.path("loop"));
-           w.given.fileName = w.keep(w.path("loop"));
-         }},
+        {ZELKM_ERR_FILE_OPEN_TO_READ, "the file to be read cannot be opened: its name is too long",
+         [](World& w) { w.given.fileName = w.keep(w.path(std::string(300, 'x').c_str())); }},
         {ZELKM_ERR_IO, "the file cannot be read: a folder", giveFolder}}},
 
       {nullptr,
