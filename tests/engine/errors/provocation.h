@@ -1,6 +1,7 @@
 #ifndef ZEL_TESTS_ENGINE_ERRORS_PROVOCATION_H_
 #define ZEL_TESTS_ENGINE_ERRORS_PROVOCATION_H_
 
+#include <string_view>
 #include <vector>
 
 #include "tests/engine/errors/world.h"
@@ -34,6 +35,13 @@ struct Trouble {
 };
 
 using Names = std::vector<const char*>;
+
+/** Every operation on a handle that reads or changes entries. */
+Names operationsOnEntries();
+/** Every operation on a handle. */
+Names operationsOnHandles();
+/** The names but for those that are left out. */
+Names without(Names names, const std::vector<std::string_view>& left);
 
 /** The troubles that the operations named have in common. */
 struct Troubles {

@@ -98,47 +98,14 @@ std::vector<Trouble> ofTheFile() {
   };
 }
 
-Names operationsOnRecords() {
-  return {"ZELKM_GetKeyDbLabelList",
-          "ZELKM_GetReqKeyDbLabelList",
-          "ZELKM_GetKeyItemByLabel",
-          "ZELKM_GetKeyItemListByLabel",
-          "ZELKM_GetKeyItemsByPublicKey",
-          "ZELKM_GetDefaultKeyItem",
-          "ZELKM_GetReqKeyItemByLabel",
-          "ZELKM_IsPrivateKeyPresent",
-          "ZELKM_InsertKey",
-          "ZELKM_InsertReqKey",
-          "ZELKM_DeleteKey",
-          "ZELKM_DeleteRequestKeyPair",
-          "ZELKM_SetDefaultKeyByLabel",
-          "ZELKM_SetTrustStatus",
-          "ZELKM_CreateSelfSignedCert",
-          "ZELKM_CreateSelfSignedCertSigExt",
-          "ZELKM_CreateNewCertReq",
-          "ZELKM_CreateNewCertReqSigExt",
-          "ZELKM_ReCreateCertReq",
-          "ZELKM_ReCreateCertReqSig",
-          "ZELKM_IssueCert",
-          "ZELKM_IssueCertSig",
-          "ZELKM_ReceiveCert",
-          "ZELKM_StoreCACert",
-          "ZELKM_ExportCert",
-          "ZELKM_RenewCert",
-          "ZELKM_CheckCertAsRenewal",
-          "ZELKM_ValidateCertChain",
-          "ZELKM_ImportKeysFromPFXFile",
-          "ZELKM_ExportKeys"};
-}
-
 }  // namespace
 
 std::vector<Troubles> troublesOfDatabases() {
   return {
-      {"Operations on the handle of a key database", operationsOnRecords(), ofTheFile()},
+      {"Operations on the handle of a key database", operationsOnEntries(), ofTheFile()},
 
       {"Operations on the handle of a key database",
-       operationsOnRecords(),
+       operationsOnEntries(),
        {{ZELKM_ERR_DATABASE_CORRUPTION, "damage: a record was removed, added or exchanged",
          [](World& w) { w.tamper("DELETE FROM keys WHERE label = 'other'"); }},
         {ZELKM_ERR_DATABASE_CORRUPTION, "damage: the directory of the records",

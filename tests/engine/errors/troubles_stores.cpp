@@ -7,43 +7,6 @@ namespace zel::km::errors {
 
 namespace {
 
-/** Every operation on a handle. */
-Names operationsOnHandles() {
-  return {"ZELKM_CloseKeyDb",
-          "ZELKM_SetSecondaryKeyDb",
-          "ZELKM_UnsetSecondaryKeyDb",
-          "ZELKM_GetKeyDbLabelList",
-          "ZELKM_GetReqKeyDbLabelList",
-          "ZELKM_GetKeyItemByLabel",
-          "ZELKM_GetKeyItemListByLabel",
-          "ZELKM_GetKeyItemsByPublicKey",
-          "ZELKM_GetDefaultKeyItem",
-          "ZELKM_GetReqKeyItemByLabel",
-          "ZELKM_IsPrivateKeyPresent",
-          "ZELKM_InsertKey",
-          "ZELKM_InsertReqKey",
-          "ZELKM_DeleteKey",
-          "ZELKM_DeleteRequestKeyPair",
-          "ZELKM_SetDefaultKeyByLabel",
-          "ZELKM_SetTrustStatus",
-          "ZELKM_CreateSelfSignedCert",
-          "ZELKM_CreateSelfSignedCertSigExt",
-          "ZELKM_CreateNewCertReq",
-          "ZELKM_CreateNewCertReqSigExt",
-          "ZELKM_ReCreateCertReq",
-          "ZELKM_ReCreateCertReqSig",
-          "ZELKM_IssueCert",
-          "ZELKM_IssueCertSig",
-          "ZELKM_ReceiveCert",
-          "ZELKM_StoreCACert",
-          "ZELKM_ExportCert",
-          "ZELKM_RenewCert",
-          "ZELKM_CheckCertAsRenewal",
-          "ZELKM_ValidateCertChain",
-          "ZELKM_ImportKeysFromPFXFile",
-          "ZELKM_ExportKeys"};
-}
-
 /** Every operation that needs memory. */
 Names operationsThatAllocate() {
   Names names = {"ZELKM_StartTrace",
@@ -63,10 +26,8 @@ Names operationsThatAllocate() {
                  "ZELKM_ExtractCertListFromPKCS7Data",
                  "ZELKM_GetEPKIItemFromPrivateKey",
                  "ZELKM_GetPrivKeyInfoItemFromEPKIItem"};
-  for (const char* name : operationsOnHandles()) {
-    const std::string text = name;
-    if (text != "ZELKM_CloseKeyDb" && !text.ends_with("SecondaryKeyDb")) names.push_back(name);
-  }
+  const Names onEntries = operationsOnEntries();
+  names.insert(names.end(), onEntries.begin(), onEntries.end());
   return names;
 }
 
