@@ -6,6 +6,7 @@ import static org.junit.jupiter.api.Assertions.assertNotEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
 import static org.junit.jupiter.api.Assertions.assertTrue;
 
+import com.nelo.zel.vosmar.cli.Programs;
 import java.io.ByteArrayInputStream;
 import java.io.IOException;
 import java.io.InputStream;
@@ -161,7 +162,7 @@ class CertificateAuthorityDayTest {
   }
 
   private int curl(String url) throws IOException, InterruptedException {
-    return new ProcessBuilder(
+    return Programs.foreign(
             "curl", "--silent", "--max-time", "10", "--cacert", file("ca.pem").toString(), "-o",
             file("page.html").toString(), url)
         .start()

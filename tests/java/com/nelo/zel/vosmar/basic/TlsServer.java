@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.basic;
 
+import com.nelo.zel.vosmar.cli.Programs;
 import java.io.BufferedReader;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
@@ -23,7 +24,7 @@ final class TlsServer implements AutoCloseable {
 
   static TlsServer start(Path pfx, String password, int connections) throws IOException {
     ProcessBuilder builder =
-        new ProcessBuilder(
+        Programs.foreign(
             "timeout", "60", "openssl", "s_server", "-accept", "127.0.0.1:0", "-naccept",
             Integer.toString(connections), "-www", "-cert", pfx.toString(), "-pass", "env:PFX_PWD",
             // Otherwise it looks for Diffie-Hellman parameters in the file, and asks for its password.
