@@ -7,27 +7,8 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <new>
 
-namespace {
-
-thread_local bool failsNextAllocation = false;
-
-}  // namespace
-
-// The engine's libraries resolve their allocations to this program's.
-void* operator new(std::size_t size) {
-  if (failsNextAllocation) {
-    failsNextAllocation = false;
-    throw std::bad_alloc();
-  }
-  void* block = std::malloc(size == 0 ? 1 : size);
-  if (block == nullptr) throw std::bad_alloc();
-  return block;
-}
-
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+#include "tests/engine/km/heap.h"
 
 namespace zel::km::errors::faults {
 
@@ -132,11 +113,11 @@ void begin() {
   }
   if (inForce.isSomebodyElse && seteuid(kNobody) != 0) std::abort();
   if (inForce.cryptographyFails) EVP_set_default_properties(nullptr, "provider=none");
-  failsNextAllocation = inForce.allocationFails;
+  heap::failNext(inForce.allocationFails);
 }
 
 void end() {
-  failsNextAllocation = false;
+  heap::failNext(false);
   if (inForce.isSomebodyElse && seteuid(kRoot) != 0) std::abort();
   if (inForce.diskIsFull) setFileSizeLimit(RLIM_INFINITY);
   if (inForce.cryptographyFails) EVP_set_default_properties(nullptr, "");

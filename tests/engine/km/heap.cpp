@@ -29,12 +29,22 @@ void* operator new(std::size_t size) {
   return block;
 }
 
+// A sanitizer would serve these by itself, and find fault with what frees them.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 void operator delete(void* block) noexcept {
   inUse -= static_cast<std::int64_t>(malloc_usable_size(block));
   std::free(block);
 }
 
 void operator delete(void* block, std::size_t) noexcept { operator delete(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { operator delete(block); }
 
 namespace zel::km::heap {
 
@@ -50,6 +60,8 @@ int failEachAllocationOf(const std::function<void()>& body) {
     if (!failed) return successes;
   }
 }
+
+void failNext(bool fails) { untilFailure = fails ? 0 : -1; }
 
 std::size_t peakOf(const std::function<void()>& body) {
   const std::int64_t before = inUse;

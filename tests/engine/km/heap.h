@@ -7,7 +7,7 @@
 /**
  * @file
  * The C++ heap of a test program, which can be made to fail and tells how much of it is in use. The
- * library is linked into the program as objects, so its allocations come here too. Each thread has
+ * library's allocations come here too, whether it is linked as objects or shared. Each thread has
  * its own account.
  */
 
@@ -18,6 +18,9 @@ namespace zel::km::heap {
  * many there are.
  */
 int failEachAllocationOf(const std::function<void()>& body);
+
+/** Whether the next allocation fails, and no other. */
+void failNext(bool fails);
 
 /** The most bytes that the body had allocated at a time, beyond what there were before. */
 std::size_t peakOf(const std::function<void()>& body);
