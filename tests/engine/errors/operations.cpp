@@ -1,3 +1,5 @@
+#include <array>
+
 #include "tests/engine/errors/provocation.h"
 
 // Every operation with arguments that are right, as far as nothing else is given.
@@ -52,6 +54,10 @@ int withLocator(const World& world, Call&& call) {
 int setCryptoInfo(World& world) {
   if (!world.given.locator) return ZELKM_SetCryptoInfo(nullptr);
   auto* info = static_cast<ZELKMCryptoInfo*>(ZELKM_Malloc(sizeof(ZELKMCryptoInfo)));
+  // Given away for good. The library cannot note that it keeps it when memory is exhausted.
+  static std::array<ZELKMCryptoInfo*, 64> given;
+  static std::size_t count = 0;
+  given.at(count++) = info;
   info->firstFlag = world.given.cryptoFlags[0];
   info->secondFlag = world.given.cryptoFlags[1];
   return ZELKM_SetCryptoInfo(info);
