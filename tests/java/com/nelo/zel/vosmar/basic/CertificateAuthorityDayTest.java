@@ -99,9 +99,9 @@ class CertificateAuthorityDayTest {
             new NewCertificateRequest(
                     "nächstes 🔑", DNItem.parse("CN=next"), KeyType.rsa(2048), file("next.csr"))
                 .alsoNamed(AlternativeNames.parse("DNS:next.example")));
-    server.convertToKeyRing(file("server.kyr"), RING_PASSWORD);
+    KeyRingFile.write(server, file("server.kyr"), RING_PASSWORD);
     try (CMSKeyDatabase back =
-        CMSKeyDatabase.convertFromKeyRing(
+        KeyRingFile.toKeyDatabase(
             file("server.kyr"), RING_PASSWORD, file("back.kdb"), NEW_PASSWORD)) {
       DatabaseContent content = DatabaseContent.of(back);
       assertEquals(DatabaseContent.of(server), content);

@@ -23,10 +23,10 @@ class KeyRingTest {
       db.certificates().createSelfSigned(TestDatabase.certificate("alpha"));
       db.certificates().createSelfSigned(TestDatabase.certificate("beta").asDefaultKey());
 
-      db.convertToKeyRing(ring, RING_PASSWORD);
+      KeyRingFile.write(db, ring, RING_PASSWORD);
 
       try (CMSKeyDatabase copy =
-          CMSKeyDatabase.convertFromKeyRing(
+          KeyRingFile.toKeyDatabase(
               ring, RING_PASSWORD, copyFile, TestDatabase.password())) {
         assertEquals(db.labels().keys(), copy.labels().keys());
         assertEquals("beta", copy.defaultKey().orElseThrow().label());
@@ -38,7 +38,7 @@ class KeyRingTest {
     assertFails(
         9,
         () ->
-            CMSKeyDatabase.convertFromKeyRing(
+            KeyRingFile.toKeyDatabase(
                 ring, RING_PASSWORD, copyFile, TestDatabase.password()));
   }
 }

@@ -106,6 +106,7 @@ class NullArgumentsTest {
             ISSUE,
             AlternativeNames.class,
             PfxFile.class,
+            KeyRingFile.class,
             Pkcs7File.class,
             PrivateKeyEncryption.class)
         .flatMap(NullArgumentsTest::publicMethodsOf);

@@ -28,8 +28,8 @@ import java.util.Optional;
  * NullPointerException}.
  *
  * <p>The library looks for its native methods in this class only, so they stand here for the whole
- * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link Pkcs7File} and {@link
- * PrivateKeyEncryption} call those of their subjects.
+ * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link KeyRingFile}, {@link Pkcs7File}
+ * and {@link PrivateKeyEncryption} call those of their subjects.
  */
 public final class CMSKeyDatabase extends KeyDatabaseFile {
   // Codes for failures whose code the native methods keep to themselves.
@@ -388,41 +388,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
   }
 
-  /**
-   * Writes the whole database to a key ring file.
-   *
-   * @param keyRing the file
-   * @param keyRingPassword the password that it gets
-   * @throws CMSKeyDatabaseException when it cannot be written
-   */
-  public void convertToKeyRing(Path keyRing, char[] keyRingPassword)
-      throws CMSKeyDatabaseException {
-    check(
-        c_Kdb2Kyr(file, password(), keyRing.toString(), new String(keyRingPassword)), keyRing);
-  }
-
-  /**
-   * Makes a key database out of a key ring file.
-   *
-   * @param keyRing the file
-   * @param keyRingPassword its password
-   * @param file the key database, which does not exist yet
-   * @param password the password that the key database gets
-   * @return the new database
-   * @throws CMSKeyDatabaseException with code 9 when the key database exists
-   */
-  public static CMSKeyDatabase convertFromKeyRing(
-      Path keyRing, char[] keyRingPassword, Path file, char[] password)
-      throws CMSKeyDatabaseException {
-    KMSystem.start();
-    CMSKeyDatabase db = new CMSKeyDatabase(file, password);
-    int code =
-        db.c_Kyr2Kdb(keyRing.toString(), new String(keyRingPassword), db.file, db.password());
-    return db.unless(code);
-  }
-
   /** This database when the code is 0; otherwise the password is wiped. */
-  private CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
+  CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
     if (code != 0) {
       close();
     }

@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.KeyRingFile;
 import java.nio.file.Path;
 import java.util.Arrays;
 import java.util.Locale;
@@ -63,7 +64,7 @@ final class DbConvert implements Callable<Integer> {
     try (CMSKeyDatabase database = databasePassword.open(source)) {
       char[] secret = keyRingPassword.fresh();
       try {
-        database.convertToKeyRing(target, secret);
+        KeyRingFile.write(database, target, secret);
       } finally {
         Arrays.fill(secret, '\0');
       }
@@ -74,7 +75,7 @@ final class DbConvert implements Callable<Integer> {
     char[] secret = keyRingPassword.existing();
     char[] databaseSecret = databasePassword.fresh();
     try {
-      CMSKeyDatabase.convertFromKeyRing(source, secret, target, databaseSecret).close();
+      KeyRingFile.toKeyDatabase(source, secret, target, databaseSecret).close();
     } finally {
       Arrays.fill(secret, '\0');
       Arrays.fill(databaseSecret, '\0');
