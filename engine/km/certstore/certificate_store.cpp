@@ -4,8 +4,8 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/cms/epki.h"
-#include "engine/km/crypto_mode.h"
-#include "engine/km/key_material.h"
+#include "engine/km/store/crypto_mode.h"
+#include "engine/km/store/key_material.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::certstore {

@@ -8,7 +8,7 @@
 
 #include "engine/km/certstore/changes.h"
 #include "engine/km/certstore/inventory.h"
-#include "engine/km/store.h"
+#include "engine/km/store/store.h"
 
 /**
  * @file

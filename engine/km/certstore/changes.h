@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "engine/km/certstore/store_folder.h"
-#include "engine/km/store.h"
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/folders.h"
 #include "engine/sys/result.h"

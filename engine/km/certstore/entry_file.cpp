@@ -4,9 +4,9 @@
 #include <functional>
 
 #include "engine/cms/bundles.h"
-#include "engine/cms/modified_utf8.h"
-#include "engine/km/crypto_mode.h"
+#include "engine/km/store/crypto_mode.h"
 #include "engine/sys/files.h"
+#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::certstore {
@@ -43,7 +43,7 @@ sys::Result<std::vector<cms::Pkcs12Entry>> readEntryFile(const std::string& path
 }
 
 sys::Result<sys::SecretBytes> encodeEntry(const KeyEntry& entry) {
-  sys::Result<std::string> friendlyName = cms::toUtf8(entry.label);
+  sys::Result<std::string> friendlyName = sys::toUtf8(entry.label);
   if (!friendlyName) return friendlyName.failure();
   // It would be read back as another, for programs take it for the end.
   if (friendlyName.value().find('\0') != std::string::npos) {

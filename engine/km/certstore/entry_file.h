@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/cms/pkcs12.h"
-#include "engine/km/store.h"
+#include "engine/cms/pkcs12/pkcs12.h"
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 

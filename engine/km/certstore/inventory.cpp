@@ -5,8 +5,8 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/km/certstore/entry_file.h"
-#include "engine/km/new_labels.h"
-#include "engine/km/numbered_labels.h"
+#include "engine/km/store/new_labels.h"
+#include "engine/km/store/numbered_labels.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::certstore {

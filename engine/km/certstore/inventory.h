@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "engine/km/certstore/store_folder.h"
-#include "engine/km/file_state.h"
-#include "engine/km/store.h"
+#include "engine/km/store/file_state.h"
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 

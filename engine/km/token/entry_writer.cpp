@@ -4,13 +4,13 @@
 #include <cstring>
 
 #include "engine/cms/keys.h"
-#include "engine/cms/modified_utf8.h"
 #include "engine/cms/openssl_ptr.h"
 #include "engine/cms/requests.h"
 #include "engine/km/token/certificate_objects.h"
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/key_pairs.h"
 #include "engine/km/token/public_keys.h"
+#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
@@ -65,7 +65,7 @@ bool EntryWriter::claimNew(CK_OBJECT_HANDLE privateKey) {
 }
 
 sys::Status EntryWriter::writeCertificate(const KeyEntry& entry) {
-  sys::Result<std::string> label = cms::toUtf8(entry.label);
+  sys::Result<std::string> label = sys::toUtf8(entry.label);
   if (!label) return label.failure();
   sys::Result<CertificateParts> parts = readCertificateParts(entry.certificate);
   if (!parts) return parts.failure();
@@ -87,7 +87,7 @@ sys::Status EntryWriter::writeCertificate(const KeyEntry& entry) {
 }
 
 sys::Status EntryWriter::writeRequest(const RequestEntry& entry) {
-  sys::Result<std::string> label = cms::toUtf8(entry.label);
+  sys::Result<std::string> label = sys::toUtf8(entry.label);
   if (!label) return label.failure();
   sys::Result<cms::RequestFields> fields = cms::readRequest(entry.request);
   if (!fields) return fields.failure();

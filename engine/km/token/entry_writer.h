@@ -5,7 +5,7 @@
 #include <set>
 #include <vector>
 
-#include "engine/km/store.h"
+#include "engine/km/store/store.h"
 #include "engine/km/token/changes.h"
 #include "engine/km/token/inventory.h"
 

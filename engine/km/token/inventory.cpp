@@ -4,8 +4,8 @@
 #include <tuple>
 
 #include "engine/cms/keys.h"
-#include "engine/km/new_labels.h"
-#include "engine/km/numbered_labels.h"
+#include "engine/km/store/new_labels.h"
+#include "engine/km/store/numbered_labels.h"
 #include "engine/sys/hexadecimal.h"
 
 namespace zel::km::token {

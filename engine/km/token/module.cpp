@@ -6,9 +6,9 @@
 #include <map>
 #include <string>
 
-#include "engine/cms/modified_utf8.h"
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/module_name.h"
+#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
@@ -114,7 +114,7 @@ class Module::Registry {
 };
 
 sys::Result<std::shared_ptr<Module>> Module::open(std::string_view name) {
-  sys::Result<std::string> text = cms::toUtf8(name);
+  sys::Result<std::string> text = sys::toUtf8(name);
   if (!text) return text.failure();
   return Registry::instance().open(resolveModuleName(text.value()));
 }

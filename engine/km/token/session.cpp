@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/cms/modified_utf8.h"
 #include "engine/km/token/cryptoki_codes.h"
+#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kLongestSignature = 2048;
 
 sys::Result<sys::SecretBlock> pinBlock(const char* password) {
-  sys::Result<sys::SecretBytes> pin = cms::secretToUtf8(password == nullptr ? "" : password);
+  sys::Result<sys::SecretBytes> pin = sys::secretToUtf8(password == nullptr ? "" : password);
   if (!pin) return pin.failure();
   sys::SecretBlock block(pin.value().size());
   std::copy(pin.value().begin(), pin.value().end(), block.bytes().begin());

@@ -4,10 +4,10 @@
 #include <optional>
 #include <tuple>
 
-#include "engine/cms/modified_utf8.h"
-#include "engine/km/numbered_labels.h"
+#include "engine/km/store/numbered_labels.h"
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/module.h"
+#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
@@ -50,8 +50,8 @@ std::optional<Token> readToken(const Module& module, CK_SLOT_ID slot) {
   }
   if ((info.flags & CKF_TOKEN_INITIALIZED) == 0) return std::nullopt;
   Token token{.slot = slot,
-              .label = cms::toModifiedUtf8(unpadded(info.label)),
-              .serialNumber = cms::toModifiedUtf8(unpadded(info.serialNumber)),
+              .label = sys::toModifiedUtf8(unpadded(info.label)),
+              .serialNumber = sys::toModifiedUtf8(unpadded(info.serialNumber)),
               .flags = info.flags,
               .shortestPin = info.ulMinPinLen};
   if (token.label.empty()) token.label = token.serialNumber;

@@ -5,9 +5,8 @@
 #include "engine/cms/epki.h"
 #include "engine/cms/names.h"
 #include "engine/cms/requests.h"
-#include "engine/km/crypto_mode.h"
-#include "engine/km/handle_table.h"
-#include "engine/km/key_material.h"
+#include "engine/km/store/crypto_mode.h"
+#include "engine/km/store/key_material.h"
 #include "engine/km/token/call_turn.h"
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_signing.h"
@@ -134,7 +133,7 @@ sys::Result<std::vector<KeyEntry>> TokenStore::findKeysBySubject(sys::ByteView s
   for (const CertificateEntry& entry : all.value().certificates()) {
     if (std::ranges::equal(entry.certificate->subject, subject)) found.push_back(keyEntry(entry));
   }
-  if (secondary_ == 0) return found;
+  if (!secondary_) return found;
   sys::Status asked = onSecondary([&](Store& secondary) -> sys::Status {
     sys::Result<std::vector<KeyEntry>> more = secondary.findKeysBySubject(subject);
     if (!more) return more.failure();
@@ -257,7 +256,7 @@ sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) 
   if (changes_.underWay()) return body();
   changes_.begin();
   try {
-    sys::Status done = secondary_ == 0 ? body() : withSecondary(body);
+    sys::Status done = !secondary_ ? body() : withSecondary(body);
     if (!done) {
       takeBack();
       return done;
@@ -272,7 +271,7 @@ sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) 
 }
 
 sys::Status TokenStore::onSignerStore(const std::function<sys::Status(Store&)>& body) {
-  return secondary_ == 0 ? body(*this) : onSecondary(body);
+  return !secondary_ ? body(*this) : onSecondary(body);
 }
 
 /** The secondary commits first: when it cannot, the token is still to be taken back. */
@@ -324,16 +323,14 @@ sys::Result<sys::SecretBytes> TokenStore::decryptedPrivateKey(sys::ByteView encr
 }
 
 sys::Status TokenStore::unsetSecondary() {
-  if (secondary_ == 0) return sys::Failure{ZELKM_ERR_NO_SECONDARY_KEYDB};
-  secondary_ = 0;
+  if (!secondary_) return sys::Failure{ZELKM_ERR_NO_SECONDARY_KEYDB};
+  secondary_ = nullptr;
   return sys::success();
 }
 
 sys::Status TokenStore::onSecondary(const std::function<sys::Status(Store&)>& body) {
   if (secondaryInUse_ != nullptr) return body(*secondaryInUse_);
-  sys::Result<OpenStore> lent = HandleTable::instance().borrow(secondary_);
-  if (!lent) return lent.failure();
-  return body(lent.value().store());
+  return secondary_(body);
 }
 
 }  // namespace zel::km::token

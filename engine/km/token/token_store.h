@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "engine/km/store.h"
+#include "engine/km/store/store.h"
 #include "engine/km/token/changes.h"
 #include "engine/km/token/entry_writer.h"
 #include "engine/km/token/inventory.h"
@@ -24,6 +24,9 @@
 
 namespace zel::km::token {
 
+/** StoreOnLoan runs a body on a store that others use too, alone on it meanwhile, or fails. */
+using StoreOnLoan = std::function<sys::Status(const std::function<sys::Status(Store&)>&)>;
+
 class TokenStore final : public Store {
  public:
   /** Opens a token; names and password as the C interface has them, the password may be null. */
@@ -33,10 +36,10 @@ class TokenStore final : public Store {
   ~TokenStore() override;
 
   /**
-   * Lends the token a key database, by its handle: issuers are looked for in it too, and signer
-   * certificates that come along with others go into it.
+   * Lends the token a key database: issuers are looked for in it too, and signer certificates that
+   * come along with others go into it.
    */
-  void setSecondary(int handle) { secondary_ = handle; }
+  void setSecondary(StoreOnLoan secondary) { secondary_ = std::move(secondary); }
   /** ZELKM_ERR_NO_SECONDARY_KEYDB (136) when none is lent. */
   sys::Status unsetSecondary();
 
@@ -84,7 +87,7 @@ class TokenStore final : public Store {
   std::unique_ptr<Session> session_;
   Changes changes_;
   EntryWriter writer_;
-  int secondary_ = 0;
+  StoreOnLoan secondary_;           /**< empty when none is lent */
   Store* secondaryInUse_ = nullptr; /**< while a transaction is under way */
 };
 

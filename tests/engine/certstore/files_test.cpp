@@ -2,7 +2,7 @@
 #include <sys/stat.h>
 
 #include "engine/cms/certificates.h"
-#include "engine/km/crypto_mode.h"
+#include "engine/km/store/crypto_mode.h"
 #include "tests/engine/certstore/test_stores.h"
 
 namespace zel::km::certstore {

@@ -1,10 +1,10 @@
-#include "engine/cms/key_rings.h"
+#include "engine/cms/pkcs12/key_rings.h"
 
 #include <gtest/gtest.h>
 
 #include <ctime>
 
-#include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12/pkcs12.h"
 #include "tests/engine/cms/tools.h"
 
 namespace zel::cms {

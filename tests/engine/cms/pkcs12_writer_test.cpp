@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12/pkcs12.h"
 #include "tests/engine/cms/tools.h"
 
 namespace zel::cms {

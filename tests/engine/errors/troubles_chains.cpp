@@ -1,6 +1,6 @@
 #include <openssl/x509v3.h>
 
-#include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12/pkcs12.h"
 #include "tests/engine/errors/documents.h"
 #include "tests/engine/errors/provocation.h"
 

@@ -1,5 +1,5 @@
 #include "engine/cms/epki.h"
-#include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12/pkcs12.h"
 #include "tests/engine/errors/documents.h"
 #include "tests/engine/errors/provocation.h"
 

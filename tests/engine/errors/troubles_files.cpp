@@ -1,6 +1,6 @@
 #include <filesystem>
 
-#include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12/pkcs12.h"
 #include "tests/engine/errors/provocation.h"
 
 // Files beside the database that cannot be read or written, or hold something else.

@@ -9,7 +9,7 @@
 #include "engine/cms/certificates.h"
 #include "engine/cms/epki.h"
 #include "engine/cms/pem.h"
-#include "engine/cms/pkcs12.h"
+#include "engine/cms/pkcs12/pkcs12.h"
 #include "tests/engine/errors/documents.h"
 #include "tests/engine/errors/faults.h"
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "engine/km/database_lifecycle.h"
-#include "engine/km/store.h"
+#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "tests/engine/cms/tools.h"
 #include "tests/engine/km/key_database.h"

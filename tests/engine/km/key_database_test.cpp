@@ -1,4 +1,4 @@
-#include "engine/km/key_database.h"
+#include "engine/km/keydb/key_database.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

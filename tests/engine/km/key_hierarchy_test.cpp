@@ -1,8 +1,8 @@
-#include "engine/km/key_hierarchy.h"
+#include "engine/km/keydb/key_hierarchy.h"
 
 #include <gtest/gtest.h>
 
-#include "engine/km/fields.h"
+#include "engine/km/keydb/fields.h"
 #include "tests/engine/km/filled_database.h"
 
 namespace zel::km {

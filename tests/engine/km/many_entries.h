@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "engine/km/store.h"
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 
 /**

@@ -1,4 +1,4 @@
-#include "engine/km/password_cache.h"
+#include "engine/km/keydb/password_cache.h"
 
 #include <gtest/gtest.h>
 

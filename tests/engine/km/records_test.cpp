@@ -1,9 +1,9 @@
-#include "engine/km/records.h"
+#include "engine/km/keydb/records.h"
 
 #include <gtest/gtest.h>
 #include <sqlite3.h>
 
-#include "engine/km/schema.h"
+#include "engine/km/keydb/schema.h"
 #include "engine/sys/files.h"
 #include "tests/engine/cms/tools.h"
 

@@ -1,8 +1,8 @@
-#include "engine/km/sealing.h"
+#include "engine/km/keydb/sealing.h"
 
 #include <gtest/gtest.h>
 
-#include "engine/km/fields.h"
+#include "engine/km/keydb/fields.h"
 
 namespace zel::km {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "engine/cms/epki.h"
 #include "engine/cms/keys.h"
-#include "engine/cms/modified_utf8.h"
+#include "engine/sys/modified_utf8.h"
 #include "tests/engine/operations/database.h"
 
 namespace zel::km {
@@ -39,7 +39,7 @@ TEST_F(Entries, TakeACertificateAlone) {
 }
 
 TEST_F(Entries, TakeAKeyInEveryForm) {
-  const sys::SecretBytes password = cms::secretToUtf8(kPassword).value();
+  const sys::SecretBytes password = sys::secretToUtf8(kPassword).value();
   const sys::Bytes encrypted = cms::encryptPrivateKey(pkcs8(), password).value();
   sys::SecretBytes traditional = cms::encodeDer<sys::SecretBytes>(i2d_PrivateKey, &owner_.key());
   ASSERT_EQ(insert("pkcs8", certificate(), pkcs8()), ZELKM_OK);

@@ -5,7 +5,7 @@
 #include "engine/cms/certificates.h"
 #include "engine/cms/epki.h"
 #include "engine/cms/keys.h"
-#include "engine/cms/modified_utf8.h"
+#include "engine/sys/modified_utf8.h"
 #include "tests/engine/operations/database.h"
 
 namespace zel::km {
@@ -60,7 +60,7 @@ TEST_F(KeyItems, CarryTheKeyUnderTheDatabasePassword) {
   ASSERT_EQ(selfSign("key"), ZELKM_OK);
   const KeyItem item = this->item("key");
   const sys::ByteView epki = viewOf(item->epki->berData, item->epki->berDataLength);
-  const sys::SecretBytes password = cms::secretToUtf8(kPassword).value();
+  const sys::SecretBytes password = sys::secretToUtf8(kPassword).value();
   const sys::Result<sys::SecretBytes> pkcs8 = cms::decryptPrivateKey(epki, password);
   ASSERT_TRUE(pkcs8);
   const cms::KeyPtr key = std::move(cms::readPrivateKey(pkcs8.value())).value();

@@ -1,4 +1,4 @@
-#include "engine/cms/key_rings.h"
+#include "engine/cms/pkcs12/key_rings.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

@@ -5,7 +5,7 @@
 #include "engine/cms/epki.h"
 #include "engine/cms/issuing.h"
 #include "engine/cms/keys.h"
-#include "engine/cms/modified_utf8.h"
+#include "engine/sys/modified_utf8.h"
 #include "tests/engine/operations/database.h"
 
 namespace zel::km {
@@ -82,7 +82,7 @@ TEST_F(Requests, WithoutExtensionsHaveNoAttributes) {
 TEST_F(Requests, HoldTheirKey) {
   ASSERT_EQ(create("www"), ZELKM_OK);
   const RequestItem item = request("www");
-  const sys::SecretBytes password = cms::secretToUtf8(kPassword).value();
+  const sys::SecretBytes password = sys::secretToUtf8(kPassword).value();
   const sys::SecretBytes pkcs8 =
       cms::decryptPrivateKey(viewOf(item->epki->berData, item->epki->berDataLength), password)
           .value();

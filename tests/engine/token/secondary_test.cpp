@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "engine/cms/names.h"
-#include "engine/km/handle_table.h"
+#include "engine/km/face/handle_table.h"
 #include "tests/engine/token/token_store_test.h"
 
 // A key database lent to a token.

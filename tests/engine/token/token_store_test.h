@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "engine/km/store.h"
+#include "engine/km/store/store.h"
 #include "tests/engine/token/test_token.h"
 
 namespace zel::km::token {

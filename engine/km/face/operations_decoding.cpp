@@ -1,0 +1,103 @@
+#include "bridge/kmlib/zelkm.h"
+#include "engine/cms/bundles.h"
+#include "engine/cms/epki.h"
+#include "engine/cms/keys.h"
+#include "engine/cms/pem.h"
+#include "engine/km/face/arguments.h"
+#include "engine/km/face/entry_arguments.h"
+#include "engine/km/face/item_certificates.h"
+#include "engine/km/face/item_keys.h"
+#include "engine/km/face/operation.h"
+#include "engine/km/store/new_labels.h"
+#include "engine/sys/files.h"
+#include "engine/sys/memory.h"
+
+// Taking files, messages and private keys apart that belong to no store.
+
+using namespace zel;
+using namespace zel::km;
+
+namespace {
+
+/** A certificate, a request or a bundle of them is far smaller. */
+constexpr std::size_t kMostFileBytes = 64UL << 20;
+
+}  // namespace
+
+int ZELKM_Base64DecodeFileToBuf(const char* fileName, unsigned char** buffer, uint32_t* length) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (sys::Status given = requireOutput(buffer); !given) return given;
+    if (sys::Status given = requireOutput(length); !given) return given;
+    const sys::Result<std::string> name = fileNameArgument(fileName);
+    if (!name) return name.failure();
+    const sys::Result<sys::Bytes> text = sys::readFile(name.value(), kMostFileBytes);
+    if (!text) return text.failure();
+    const sys::Result<sys::Bytes> decoded = cms::decodePem(text.value());
+    if (!decoded) return decoded.failure();
+    *buffer = sys::handOutBytes(decoded.value());
+    *length = static_cast<uint32_t>(decoded.value().size());
+    return sys::success();
+  });
+}
+
+int ZELKM_ExtractCertListFromPKCS7Data(const unsigned char* bytes, uint32_t length,
+                                       ZELKMCertItemList** certList) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (sys::Status given = requireOutput(certList); !given) return given;
+    const sys::Result<sys::ByteView> message = bytesArgument(bytes, length);
+    if (!message) return message.failure();
+    sys::Result<std::vector<sys::Bytes>> bundle = cms::readBundle(message.value());
+    if (!bundle) return bundle.failure();
+
+    std::vector<LabelledCertificate> labelled;
+    for (sys::Bytes& certificate : bundle.value()) {
+      sys::Result<std::string> label = labelForCertificate(certificate);
+      if (!label) return label.failure();
+      labelled.push_back({std::move(label).value(), std::move(certificate)});
+    }
+    sys::Result<CertItemListPtr> list = handOutCertificates(labelled);
+    if (!list) return list.failure();
+    *certList = list.value().release();
+    return sys::success();
+  });
+}
+
+int ZELKM_GetEPKIItemFromPrivateKey(const unsigned char* keyBytes, uint32_t keyLength,
+                                    const char* password, ZELKMEPKIItem** epki) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (sys::Status given = requireOutput(epki); !given) return given;
+    const sys::Result<sys::ByteView> bytes = bytesArgument(keyBytes, keyLength);
+    if (!bytes) return bytes.failure();
+    const sys::Result<sys::SecretBytes> secret = passwordArgument(password);
+    if (!secret) return secret.failure();
+    const sys::Result<cms::KeyPtr> key = cms::readPrivateKey(bytes.value());
+    if (!key) return key.failure();
+    const sys::Result<sys::SecretBytes> pkcs8 = cms::privateKeyInfo(*key.value());
+    if (!pkcs8) return pkcs8.failure();
+    const sys::Result<sys::Bytes> encrypted = cms::encryptPrivateKey(pkcs8.value(), secret.value());
+    if (!encrypted) return encrypted.failure();
+    *epki = handOutEpki(encrypted.value()).release();
+    return sys::success();
+  });
+}
+
+int ZELKM_GetPrivKeyInfoItemFromEPKIItem(const ZELKMEPKIItem* epki, const char* password,
+                                         ZELKMPrivKeyInfoItem** privKeyInfo) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (sys::Status given = requireOutput(epki); !given) return given;
+    if (sys::Status given = requireOutput(privKeyInfo); !given) return given;
+    const sys::Result<sys::ByteView> bytes = bytesArgument(epki->berData, epki->berDataLength);
+    if (!bytes) return bytes.failure();
+    const sys::Result<sys::SecretBytes> secret = passwordArgument(password);
+    if (!secret) return secret.failure();
+    const sys::Result<sys::SecretBytes> pkcs8 =
+        cms::decryptPrivateKey(bytes.value(), secret.value());
+    if (!pkcs8) return pkcs8.failure();
+
+    PrivKeyInfoItemPtr item(sys::handOutRecord<ZELKMPrivKeyInfoItem>());
+    item->berData = sys::handOutBytes(pkcs8.value());
+    item->berDataLength = static_cast<uint32_t>(pkcs8.value().size());
+    *privKeyInfo = item.release();
+    return sys::success();
+  });
+}

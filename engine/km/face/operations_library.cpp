@@ -1,0 +1,69 @@
+#include <mutex>
+#include <set>
+
+#include "bridge/kmlib/zelkm.h"
+#include "engine/cms/keys.h"
+#include "engine/km/face/arguments.h"
+#include "engine/km/face/handle_table.h"
+#include "engine/km/face/operation.h"
+#include "engine/km/keydb/output_files.h"
+#include "engine/km/keydb/password_cache.h"
+#include "engine/km/store/crypto_mode.h"
+#include "engine/sys/trace.h"
+
+using namespace zel;      // NOLINT(google-build-using-namespace)
+using namespace zel::km;  // NOLINT(google-build-using-namespace)
+
+namespace {
+
+// The caller gives the block away for good. It is kept, not freed, because nothing forbids to give
+// the same one twice.
+void keepForGood(ZELKMCryptoInfo* info) {
+  static std::mutex mutex;
+  static auto* kept = new std::set<ZELKMCryptoInfo*>;
+  std::lock_guard lock(mutex);
+  kept->insert(info);
+}
+
+}  // namespace
+
+int ZELKM_Init() {
+  return answering(__func__, []() -> sys::Status {
+    sys::traceLine("the key management library starts");
+    return sys::success();
+  });
+}
+
+int ZELKM_CleanAll() {
+  return answering(__func__, []() -> sys::Status {
+    HandleTable::instance().closeAll();
+    PasswordCache::instance().forgetAll();
+    sys::traceLine("the key management library has closed all handles and forgotten all passwords");
+    sys::stopTrace();
+    return sys::success();
+  });
+}
+
+int ZELKM_StartTrace(const char* componentTag, const char* traceFileName, int64_t firstSetting,
+                     int64_t secondSetting) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (traceFileName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    const sys::Result<std::string> name = fileNameArgument(traceFileName);
+    if (!name) return name.failure();
+    sys::Status free = checkIsNoKeyDatabase(name.value());
+    if (!free) return free;
+    return sys::startTrace(componentTag, name.value().c_str(), {firstSetting, secondSetting});
+  });
+}
+
+int ZELKM_SetCryptoInfo(ZELKMCryptoInfo* info) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (info == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    keepForGood(info);
+    return setCryptoMode(info->firstFlag != 0, info->secondFlag != 0);
+  });
+}
+
+uint32_t ZELKM_GetMaxCryptoKeySize(uint32_t selector) {
+  return selector == 1 ? uint32_t{cms::kMaxKeySize} : 0;
+}

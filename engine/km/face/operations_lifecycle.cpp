@@ -1,0 +1,88 @@
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "bridge/kmlib/zelkm.h"
+#include "engine/km/certstore/certificate_store.h"
+#include "engine/km/face/arguments.h"
+#include "engine/km/face/handle_table.h"
+#include "engine/km/face/operation.h"
+#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/token/token_store.h"
+
+using namespace zel;      // NOLINT(google-build-using-namespace)
+using namespace zel::km;  // NOLINT(google-build-using-namespace)
+
+namespace {
+
+sys::Status handOut(sys::Result<std::unique_ptr<Store>> store, int* handle) {
+  if (!store) return store.failure();
+  *handle = HandleTable::instance().add(std::move(store.value()));
+  return sys::success();
+}
+
+sys::Status create(const char* fileName, const char* password, const NewDatabase& settings,
+                   int* handle) {
+  if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  sys::Result<std::string> name = fileNameArgument(fileName);
+  if (!name) return name.failure();
+  sys::Result<sys::SecretBytes> given = passwordArgument(password);
+  if (!given) return given.failure();
+  return handOut(createKeyDatabase(name.value(), given.value(), settings), handle);
+}
+
+sys::Status open(const char* fileName, const char* password, int* handle) {
+  if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  sys::Result<std::string> name = fileNameArgument(fileName);
+  if (!name) return name.failure();
+  sys::Result<Password> given = passwordOrStash(password);
+  if (!given) return given.failure();
+  return handOut(openKeyDatabase(name.value(), given.value()), handle);
+}
+
+}  // namespace
+
+int ZELKM_CreateNewKeyDb(const char* fileName, const char* password, int64_t lifetime,
+                         int* handle) {
+  return answering(__func__, [&] {
+    return create(fileName, password, {.lifetime = lifetime, .approvedOnly = false}, handle);
+  });
+}
+
+int ZELKM_CreateNewKeyDbFIPS(const char* fileName, const char* password, int64_t lifetime,
+                             int* handle) {
+  return answering(__func__, [&] {
+    return create(fileName, password, {.lifetime = lifetime, .approvedOnly = true}, handle);
+  });
+}
+
+int ZELKM_OpenKeyDb(const char* fileName, const char* password, int* handle) {
+  return answering(__func__, [&] { return open(fileName, password, handle); });
+}
+
+int ZELKM_OpenKeyDbX(const KeyDbLocator* locator, int* handle) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (locator == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    switch (locator->type) {
+      case KEYDB_LOCATOR_KEY_DATABASE:
+        return open(locator->fileName, locator->password, handle);
+      case KEYDB_LOCATOR_TOKEN:
+        if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+        return handOut(
+            token::TokenStore::open(locator->moduleName, locator->tokenLabel, locator->password),
+            handle);
+      case KEYDB_LOCATOR_CERTIFICATE_STORE:
+        if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+        return handOut(certstore::CertificateStore::open(locator->tokenLabel, locator->password),
+                       handle);
+      case KEYDB_LOCATOR_WEBDB:
+        return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
+      default:
+        return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
+    }
+  });
+}
+
+int ZELKM_CloseKeyDb(int handle) {
+  return answering(__func__, [&] { return HandleTable::instance().close(handle); });
+}

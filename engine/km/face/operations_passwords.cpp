@@ -1,0 +1,115 @@
+#include <string>
+
+#include "bridge/kmlib/zelkm.h"
+#include "engine/km/certstore/store_folder.h"
+#include "engine/km/face/arguments.h"
+#include "engine/km/face/operation.h"
+#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/token/token_access.h"
+
+using namespace zel;      // NOLINT(google-build-using-namespace)
+using namespace zel::km;  // NOLINT(google-build-using-namespace)
+
+namespace {
+
+sys::Status change(const char* fileName, const char* oldPassword, const char* newPassword,
+                   int64_t lifetime) {
+  sys::Result<std::string> name = fileNameArgument(fileName);
+  if (!name) return name.failure();
+  if (newPassword == nullptr) return sys::Failure{ZELKM_ERR_NEW_PASSWORD};
+  sys::Result<Password> old = passwordOrStash(oldPassword);
+  if (!old) return old.failure();
+  sys::Result<sys::SecretBytes> wanted = passwordArgument(newPassword);
+  if (!wanted) return wanted.failure();
+  return changeDatabasePassword(name.value(), old.value(), wanted.value(), lifetime);
+}
+
+sys::Status stash(const char* fileName, const char* password) {
+  sys::Result<std::string> name = fileNameArgument(fileName);
+  if (!name) return name.failure();
+  sys::Result<sys::SecretBytes> given = passwordArgument(password);
+  if (!given) return given.failure();
+  return stashDatabasePassword(name.value(), given.value());
+}
+
+sys::Status askFile(const char* fileName, unsigned char* required) {
+  sys::Result<std::string> name = fileNameArgument(fileName);
+  if (!name) return name.failure();
+  sys::Result<bool> needed = needsPassword(name.value());
+  if (!needed) return needed.failure();
+  *required = needed.value() ? 1 : 0;
+  return sys::success();
+}
+
+sys::Status askToken(const KeyDbLocator& locator, unsigned char* required) {
+  sys::Result<bool> needed = token::isPinRequired(locator.moduleName, locator.tokenLabel);
+  if (!needed) return needed.failure();
+  *required = needed.value() ? 1 : 0;
+  return sys::success();
+}
+
+/** ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST (137) when no certificate store has the name. */
+sys::Status requireStore(const KeyDbLocator& locator) {
+  if (locator.tokenLabel == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  const sys::Result<certstore::StoreFolder> folder = certstore::StoreFolder::of(locator.tokenLabel);
+  return folder ? sys::success() : folder.failure();
+}
+
+/** A certificate store never has a password. */
+sys::Status askStore(const KeyDbLocator& locator, unsigned char* required) {
+  if (sys::Status known = requireStore(locator); !known) return known;
+  *required = 0;
+  return sys::success();
+}
+
+sys::Status changeStore(const KeyDbLocator& locator) {
+  if (sys::Status known = requireStore(locator); !known) return known;
+  return sys::Failure{ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED};
+}
+
+}  // namespace
+
+int ZELKM_ChangeKeyDbPwd(const char* fileName, const char* oldPassword, const char* newPassword,
+                         int64_t lifetime) {
+  return answering(__func__, [&] { return change(fileName, oldPassword, newPassword, lifetime); });
+}
+
+int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (locator == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    switch (locator->type) {
+      case KEYDB_LOCATOR_KEY_DATABASE:
+        return change(locator->fileName, locator->password, locator->newPassword, 0);
+      case KEYDB_LOCATOR_TOKEN:
+        return token::changeTokenPin(locator->moduleName, locator->tokenLabel, locator->password,
+                                     locator->newPassword);
+      case KEYDB_LOCATOR_CERTIFICATE_STORE:
+        return changeStore(*locator);
+      case KEYDB_LOCATOR_WEBDB:
+        return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
+      default:
+        return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
+    }
+  });
+}
+
+int ZELKM_StashKeyDbPwd(const char* fileName, const char* password) {
+  return answering(__func__, [&] { return stash(fileName, password); });
+}
+
+int ZELKM_IsPasswordRequired(const KeyDbLocator* locator, unsigned char* required) {
+  return answering(__func__, [&]() -> sys::Status {
+    if (locator == nullptr || required == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    switch (locator->type) {
+      case KEYDB_LOCATOR_KEY_DATABASE:
+      case KEYDB_LOCATOR_WEBDB:  // the same files, asked for by another Java class
+        return askFile(locator->fileName, required);
+      case KEYDB_LOCATOR_TOKEN:
+        return askToken(*locator, required);
+      case KEYDB_LOCATOR_CERTIFICATE_STORE:
+        return askStore(*locator, required);
+      default:
+        return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
+    }
+  });
+}

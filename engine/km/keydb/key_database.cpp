@@ -1,0 +1,324 @@
+#include "engine/km/keydb/key_database.h"
+
+#include <utility>
+
+#include "engine/cms/epki.h"
+#include "engine/km/keydb/lookup_keys.h"
+#include "engine/km/store/crypto_mode.h"
+#include "engine/km/store/key_material.h"
+#include "engine/sys/trace.h"
+
+namespace zel::km {
+
+namespace {
+
+sys::Failure noSuchLabel(const std::string& label) {
+  return sys::fail(ZELKM_ERR_KEY_GET_BY_LABEL, "nothing has the label \"%s\"", label.c_str());
+}
+
+sys::Status checkLabel(const std::string& label) {
+  if (label.empty() || label.size() > kLongestLabel) {
+    return sys::fail(ZELKM_ERR_PARAMETER, "a label of %zu bytes", label.size());
+  }
+  return sys::success();
+}
+
+KeyEntry keyEntry(Record record, const Directory& directory) {
+  KeyEntry entry;
+  entry.isDefault = record.id == directory.defaultKey;
+  entry.label = std::move(record.label);
+  entry.certificate = std::move(record.document);
+  entry.privateKey.pkcs8 = std::move(record.privateKey);
+  entry.trusted = record.trusted;
+  return entry;
+}
+
+RequestEntry requestEntry(Record record) {
+  RequestEntry entry;
+  entry.label = std::move(record.label);
+  entry.request = std::move(record.document);
+  entry.privateKey.pkcs8 = std::move(record.privateKey);
+  return entry;
+}
+
+sys::Result<Record> recordOf(const std::string& label, const sys::Bytes& document,
+                             const PrivateKey& privateKey, sys::Result<Subject> subject,
+                             bool approvedOnly) {
+  sys::Status labelled = checkLabel(label);
+  if (!labelled) return labelled.failure();
+  if (!subject) return subject.failure();
+  if (approvedOnly) {
+    sys::Status approved = checkApproved(subject.value().publicKey);
+    if (!approved) return approved.failure();
+  }
+  Record record;
+  record.label = label;
+  record.lookup = subject.value().lookup;
+  record.document = document;
+  record.privateKey = privateKey.pkcs8;
+  return record;
+}
+
+sys::Result<Record> recordOf(const KeyEntry& entry, bool approvedOnly) {
+  sys::Result<Record> record = recordOf(entry.label, entry.certificate, entry.privateKey,
+                                        subjectOfCertificate(entry.certificate), approvedOnly);
+  if (record) record.value().trusted = entry.trusted;
+  return record;
+}
+
+sys::Result<Record> recordOf(const RequestEntry& entry, bool approvedOnly) {
+  return recordOf(entry.label, entry.request, entry.privateKey, subjectOfRequest(entry.request),
+                  approvedOnly);
+}
+
+sys::Result<Record> withLabel(Records& records, Table table, const std::string& label) {
+  sys::Result<std::vector<Record>> found = records.find(table, byLabel(label));
+  if (!found) return found.failure();
+  if (found.value().empty()) return noSuchLabel(label);
+  return std::move(found.value().front());
+}
+
+}  // namespace
+
+sys::Result<std::vector<std::string>> KeyDatabase::keyLabels() { return labels(Table::keys); }
+
+sys::Result<std::vector<std::string>> KeyDatabase::requestLabels() {
+  return labels(Table::requests);
+}
+
+sys::Result<KeyEntry> KeyDatabase::findKey(const std::string& label) {
+  sys::Result<std::vector<KeyEntry>> found = findKeys(byLabel(label));
+  if (!found) return found.failure();
+  if (found.value().empty()) return noSuchLabel(label);
+  return std::move(found.value().front());
+}
+
+sys::Result<RequestEntry> KeyDatabase::findRequest(const std::string& label) {
+  sys::Result<std::vector<RequestEntry>> found = findRequests(byLabel(label));
+  if (!found) return found.failure();
+  if (found.value().empty()) return noSuchLabel(label);
+  return std::move(found.value().front());
+}
+
+sys::Result<KeyEntry> KeyDatabase::defaultKey() {
+  std::vector<Record> found;
+  Directory directory;
+  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Directory> known = records.directory();
+    if (!known) return known.failure();
+    directory = known.value();
+    sys::Result<std::vector<Record>> record = records.find(Table::keys, byId(directory.defaultKey));
+    if (!record) return record.failure();
+    found = std::move(record.value());
+    return sys::success();
+  });
+  if (!read) return read.failure();
+  if (found.empty()) return sys::fail(ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL, "no key is the default");
+  return keyEntry(std::move(found.front()), directory);
+}
+
+sys::Result<std::vector<KeyEntry>> KeyDatabase::findKeysByPublicKey(sys::ByteView publicKey) {
+  sys::Result<Digest> hash = digest(publicKey);
+  if (!hash) return hash.failure();
+  return findKeys(byPublicKey(hash.value()));
+}
+
+sys::Result<std::vector<RequestEntry>> KeyDatabase::findRequestsByPublicKey(
+    sys::ByteView publicKey) {
+  sys::Result<Digest> hash = digest(publicKey);
+  if (!hash) return hash.failure();
+  return findRequests(byPublicKey(hash.value()));
+}
+
+sys::Result<std::vector<KeyEntry>> KeyDatabase::findKeysBySubject(sys::ByteView subject) {
+  sys::Result<Digest> hash = digest(subject);
+  if (!hash) return hash.failure();
+  return findKeys(bySubject(hash.value()));
+}
+
+sys::Status KeyDatabase::insertKey(const KeyEntry& entry) {
+  sys::Result<Record> record = recordOf(entry, approvedOnly());
+  if (!record) return record.failure();
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    sys::Status inserted = records.insert(Table::keys, record.value());
+    if (!inserted || !entry.isDefault) return inserted;
+    return records.setDefaultKey(record.value().id);
+  });
+}
+
+sys::Status KeyDatabase::insertRequest(const RequestEntry& entry) {
+  sys::Result<Record> record = recordOf(entry, approvedOnly());
+  if (!record) return record.failure();
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    return records.insert(Table::requests, record.value());
+  });
+}
+
+sys::Status KeyDatabase::replaceKey(const KeyEntry& entry) {
+  sys::Result<Record> record = recordOf(entry, approvedOnly());
+  if (!record) return record.failure();
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Record> replaced = withLabel(records, Table::keys, entry.label);
+    if (!replaced) return replaced.failure();
+    record.value().id = replaced.value().id;
+    sys::Status written = records.replace(Table::keys, record.value());
+    if (!written || !entry.isDefault) return written;
+    return records.setDefaultKey(record.value().id);
+  });
+}
+
+sys::Status KeyDatabase::replaceRequest(const RequestEntry& entry) {
+  sys::Result<Record> record = recordOf(entry, approvedOnly());
+  if (!record) return record.failure();
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Record> replaced = withLabel(records, Table::requests, entry.label);
+    if (!replaced) return replaced.failure();
+    record.value().id = replaced.value().id;
+    return records.replace(Table::requests, record.value());
+  });
+}
+
+sys::Status KeyDatabase::removeKey(const std::string& label) {
+  return removeRecord(Table::keys, label);
+}
+
+sys::Status KeyDatabase::removeRequest(const std::string& label) {
+  return removeRecord(Table::requests, label);
+}
+
+sys::Status KeyDatabase::setDefault(const std::string& label) {
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Record> record = withLabel(records, Table::keys, label);
+    if (!record) return record.failure();
+    return records.setDefaultKey(record.value().id);
+  });
+}
+
+sys::Status KeyDatabase::setTrusted(const std::string& label, bool trusted) {
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Record> record = withLabel(records, Table::keys, label);
+    if (!record) return record.failure();
+    record.value().trusted = trusted;
+    return records.replace(Table::keys, record.value());
+  });
+}
+
+sys::Status KeyDatabase::inTransaction(const std::function<sys::Status()>& body) {
+  return writing([&](Connection&, Records&) { return body(); });
+}
+
+sys::Status KeyDatabase::inSnapshot(const std::function<sys::Status()>& body) {
+  return reading([&](Connection&, Records&) { return body(); });
+}
+
+sys::Result<GeneratedKey> KeyDatabase::generateKey(int keySize) {
+  return generateKeyPair(keySize, approvedOnly());
+}
+
+sys::Result<sys::Bytes> KeyDatabase::sign(const PrivateKey& key, SigningDigest digest,
+                                          sys::ByteView message) {
+  return signWith(key, digest, message);
+}
+
+bool KeyDatabase::approvedOnly() const { return file_->approvedOnly() || approvedMode(); }
+
+sys::Result<sys::Bytes> KeyDatabase::encryptedPrivateKey(const PrivateKey& key) {
+  if (!key.present()) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
+  sys::Bytes encrypted;
+  sys::Status read = reading([&](Connection& connection, Records&) -> sys::Status {
+    // Read anew each time: another process may have changed the password.
+    sys::Result<Parameters> parameters = readParameters(connection);
+    if (!parameters) return parameters.failure();
+    sys::Result<cms::PbeKey> under = openPrivateKeyKey(parameters.value(), file_->keys());
+    if (!under) return under.failure();
+    sys::Result<sys::Bytes> made = cms::encryptPrivateKey(key.pkcs8, under.value());
+    if (made) encrypted = std::move(made.value());
+    return made ? sys::success() : made.failure();
+  });
+  if (!read) return read.failure();
+  return encrypted;
+}
+
+sys::Result<sys::SecretBytes> KeyDatabase::decryptedPrivateKey(sys::ByteView encrypted) {
+  return cms::decryptPrivateKey(encrypted, file_->password());
+}
+
+sys::Status KeyDatabase::reading(const std::function<sys::Status(Connection&, Records&)>& body) {
+  return transact(Transaction::Kind::read, body);
+}
+
+sys::Status KeyDatabase::writing(const std::function<sys::Status(Connection&, Records&)>& body) {
+  return transact(Transaction::Kind::write, body);
+}
+
+sys::Status KeyDatabase::transact(Transaction::Kind kind,
+                                  const std::function<sys::Status(Connection&, Records&)>& body) {
+  if (inUse_ != nullptr) {
+    Records records(*inUse_, file_->keys());
+    return body(*inUse_, records);
+  }
+  sys::Result<BorrowedConnection> borrowed = file_->borrow();
+  if (!borrowed) return borrowed.failure();
+  Connection& connection = *borrowed.value();
+  sys::Result<Transaction> transaction = Transaction::begin(connection, kind);
+  if (!transaction) return transaction.failure();
+  struct InUse {
+    Connection*& place;
+    ~InUse() { place = nullptr; }
+  } inUse{inUse_};
+  inUse_ = &connection;
+  Records records(connection, file_->keys());
+  sys::Status done = body(connection, records);
+  if (!done) return done;
+  return transaction.value().commit();
+}
+
+sys::Result<std::vector<std::string>> KeyDatabase::labels(Table table) {
+  std::vector<std::string> all;
+  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<std::vector<std::string>> labels = records.labels(table);
+    if (!labels) return labels.failure();
+    all = std::move(labels.value());
+    return sys::success();
+  });
+  if (!read) return read.failure();
+  return all;
+}
+
+sys::Result<std::vector<KeyEntry>> KeyDatabase::findKeys(const Condition& condition) {
+  std::vector<KeyEntry> entries;
+  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Directory> directory = records.directory();
+    if (!directory) return directory.failure();
+    sys::Result<std::vector<Record>> found = records.find(Table::keys, condition);
+    if (!found) return found.failure();
+    for (Record& record : found.value()) {
+      entries.push_back(keyEntry(std::move(record), directory.value()));
+    }
+    return sys::success();
+  });
+  if (!read) return read.failure();
+  return entries;
+}
+
+sys::Result<std::vector<RequestEntry>> KeyDatabase::findRequests(const Condition& condition) {
+  std::vector<RequestEntry> entries;
+  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<std::vector<Record>> found = records.find(Table::requests, condition);
+    if (!found) return found.failure();
+    for (Record& record : found.value()) entries.push_back(requestEntry(std::move(record)));
+    return sys::success();
+  });
+  if (!read) return read.failure();
+  return entries;
+}
+
+sys::Status KeyDatabase::removeRecord(Table table, const std::string& label) {
+  return writing([&](Connection&, Records& records) -> sys::Status {
+    sys::Result<Record> record = withLabel(records, table, label);
+    if (!record) return record.failure();
+    return records.remove(table, record.value().id);
+  });
+}
+
+}  // namespace zel::km

@@ -1,0 +1,65 @@
+#ifndef ZEL_KM_KEYDB_KEY_DATABASE_H_
+#define ZEL_KM_KEYDB_KEY_DATABASE_H_
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "engine/km/keydb/database_file.h"
+#include "engine/km/keydb/records.h"
+#include "engine/km/store/store.h"
+
+namespace zel::km {
+
+/** A KeyDatabase is the store of a key database file (locator type 1). */
+class KeyDatabase final : public Store {
+ public:
+  explicit KeyDatabase(std::shared_ptr<const DatabaseFile> file) : file_(std::move(file)) {}
+
+  sys::Result<std::vector<std::string>> keyLabels() override;
+  sys::Result<std::vector<std::string>> requestLabels() override;
+
+  sys::Result<KeyEntry> findKey(const std::string& label) override;
+  sys::Result<RequestEntry> findRequest(const std::string& label) override;
+  sys::Result<KeyEntry> defaultKey() override;
+  sys::Result<std::vector<KeyEntry>> findKeysByPublicKey(sys::ByteView publicKey) override;
+  sys::Result<std::vector<RequestEntry>> findRequestsByPublicKey(sys::ByteView publicKey) override;
+  sys::Result<std::vector<KeyEntry>> findKeysBySubject(sys::ByteView subject) override;
+
+  sys::Status insertKey(const KeyEntry& entry) override;
+  sys::Status insertRequest(const RequestEntry& entry) override;
+  sys::Status replaceKey(const KeyEntry& entry) override;
+  sys::Status replaceRequest(const RequestEntry& entry) override;
+  sys::Status removeKey(const std::string& label) override;
+  sys::Status removeRequest(const std::string& label) override;
+  sys::Status setDefault(const std::string& label) override;
+  sys::Status setTrusted(const std::string& label, bool trusted) override;
+  sys::Status inTransaction(const std::function<sys::Status()>& body) override;
+  sys::Status inSnapshot(const std::function<sys::Status()>& body) override;
+
+  sys::Result<GeneratedKey> generateKey(int keySize) override;
+  sys::Result<sys::Bytes> sign(const PrivateKey& key, SigningDigest digest,
+                               sys::ByteView message) override;
+  bool approvedOnly() const override;
+  sys::Result<sys::Bytes> encryptedPrivateKey(const PrivateKey& key) override;
+  sys::Result<sys::SecretBytes> decryptedPrivateKey(sys::ByteView encrypted) override;
+
+ private:
+  /** Runs the body in a transaction of its own, or in the one that is under way. */
+  sys::Status reading(const std::function<sys::Status(Connection&, Records&)>& body);
+  sys::Status writing(const std::function<sys::Status(Connection&, Records&)>& body);
+  sys::Status transact(Transaction::Kind kind,
+                       const std::function<sys::Status(Connection&, Records&)>& body);
+
+  sys::Result<std::vector<std::string>> labels(Table table);
+  sys::Result<std::vector<KeyEntry>> findKeys(const Condition& condition);
+  sys::Result<std::vector<RequestEntry>> findRequests(const Condition& condition);
+  sys::Status removeRecord(Table table, const std::string& label);
+
+  std::shared_ptr<const DatabaseFile> file_;
+  Connection* inUse_ = nullptr; /**< while a transaction is under way */
+};
+
+}  // namespace zel::km
+
+#endif  // ZEL_KM_KEYDB_KEY_DATABASE_H_

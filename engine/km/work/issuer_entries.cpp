@@ -1,0 +1,45 @@
+#include "engine/km/work/issuer_entries.h"
+
+#include <algorithm>
+
+#include "engine/cms/certificates.h"
+#include "engine/km/store/new_labels.h"
+
+namespace zel::km {
+
+namespace {
+
+sys::Status addIfNew(Store& home, const sys::Bytes& certificate) {
+  const sys::Result<bool> isThere = hasCertificate(home, certificate);
+  if (!isThere) return isThere.failure();
+  if (isThere.value()) return sys::success();
+  const sys::Result<std::string> wanted = labelForCertificate(certificate);
+  if (!wanted) return wanted.failure();
+  const sys::Result<std::string> label = freeKeyLabel(home, wanted.value());
+  if (!label) return label.failure();
+  KeyEntry entry;
+  entry.label = label.value();
+  entry.certificate = certificate;
+  return home.insertKey(entry);
+}
+
+}  // namespace
+
+sys::Result<bool> hasCertificate(Store& store, const sys::Bytes& certificate) {
+  const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
+  if (!keys) return keys.failure();
+  const sys::Result<std::vector<KeyEntry>> entries =
+      store.findKeysByPublicKey(keys.value().publicKeyInfo);
+  if (!entries) return entries.failure();
+  return std::any_of(entries.value().begin(), entries.value().end(),
+                     [&](const KeyEntry& entry) { return entry.certificate == certificate; });
+}
+
+sys::Status addIssuer(Store& store, const sys::Bytes& certificate) {
+  const sys::Result<bool> isThere = hasCertificate(store, certificate);
+  if (!isThere) return isThere.failure();
+  if (isThere.value()) return sys::success();
+  return store.onSignerStore([&](Store& home) { return addIfNew(home, certificate); });
+}
+
+}  // namespace zel::km
