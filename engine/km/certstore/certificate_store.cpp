@@ -16,7 +16,7 @@ constexpr sys::ByteView kNoPassword;
 /** There is no password to be guessed; this is what the files are written with too. */
 constexpr std::uint32_t kIterations = 2'000;
 
-sys::Failure noSuchLabel(const std::string& label) {
+sys::Failure noSuchLabel(const Label& label) {
   return sys::fail(ZELKM_ERR_KEY_GET_BY_LABEL, "the store has no \"%s\"", label.c_str());
 }
 
@@ -83,25 +83,23 @@ CertificateStore::CertificateStore(StoreFolder folder, std::vector<StoreFolder> 
   for (StoreFolder& each : authorities) authorities_.emplace_back(std::move(each));
 }
 
-sys::Result<std::vector<std::string>> CertificateStore::keyLabels() {
+sys::Result<std::vector<Label>> CertificateStore::keyLabels() {
   if (sys::Status looked = refresh(); !looked) return looked.failure();
-  std::vector<std::string> labels;
+  std::vector<Label> labels;
   for (const StoredEntry& entry : inventory_.entries()) labels.push_back(entry.label);
   return labels;
 }
 
-sys::Result<std::vector<std::string>> CertificateStore::requestLabels() {
-  return std::vector<std::string>();
-}
+sys::Result<std::vector<Label>> CertificateStore::requestLabels() { return std::vector<Label>(); }
 
-sys::Result<StoredEntry> CertificateStore::lookUp(const std::string& label) {
+sys::Result<StoredEntry> CertificateStore::lookUp(const Label& label) {
   if (sys::Status looked = refresh(); !looked) return looked.failure();
   const StoredEntry* found = inventory_.find(label);
   if (found == nullptr) return noSuchLabel(label);
   return *found;
 }
 
-sys::Result<StoredEntry> CertificateStore::lookUpAlone(const std::string& label) {
+sys::Result<StoredEntry> CertificateStore::lookUpAlone(const Label& label) {
   sys::Result<StoredEntry> found = lookUp(label);
   if (found && !found.value().isAlone) {
     return sys::fail(ZELKM_ERR_UNSUPPORTED_OPTION, "%s holds other entries beside \"%s\"",
@@ -110,13 +108,13 @@ sys::Result<StoredEntry> CertificateStore::lookUpAlone(const std::string& label)
   return found;
 }
 
-sys::Result<KeyEntry> CertificateStore::findKey(const std::string& label) {
+sys::Result<KeyEntry> CertificateStore::findKey(const Label& label) {
   const sys::Result<StoredEntry> found = lookUp(label);
   if (!found) return found.failure();
   return inventory_.load(found.value());
 }
 
-sys::Result<RequestEntry> CertificateStore::findRequest(const std::string& label) {
+sys::Result<RequestEntry> CertificateStore::findRequest(const Label& label) {
   return noSuchLabel(label);
 }
 
@@ -196,7 +194,7 @@ sys::Status CertificateStore::replaceRequest(const RequestEntry& entry) {
   return noSuchLabel(entry.label);
 }
 
-sys::Status CertificateStore::removeKey(const std::string& label) {
+sys::Status CertificateStore::removeKey(const Label& label) {
   // Looked for before anything is made: a store that was never written to has no folder.
   if (const sys::Result<StoredEntry> found = lookUp(label); !found) return found.failure();
   return inTransaction([&]() -> sys::Status {
@@ -207,11 +205,11 @@ sys::Status CertificateStore::removeKey(const std::string& label) {
   });
 }
 
-sys::Status CertificateStore::removeRequest(const std::string& label) { return noSuchLabel(label); }
+sys::Status CertificateStore::removeRequest(const Label& label) { return noSuchLabel(label); }
 
-sys::Status CertificateStore::setDefault(const std::string& /*label*/) { return noDefaultKey(); }
+sys::Status CertificateStore::setDefault(const Label& /*label*/) { return noDefaultKey(); }
 
-sys::Status CertificateStore::setTrusted(const std::string& label, bool trusted) {
+sys::Status CertificateStore::setTrusted(const Label& label, bool trusted) {
   const sys::Result<StoredEntry> found = lookUp(label);
   if (!found) return found.failure();
   if (trusted == inventory_.folder().holdsAnchors()) return sys::success();

@@ -32,10 +32,10 @@ class CertificateStore final : public Store {
    */
   static sys::Result<std::unique_ptr<Store>> open(const char* name, const char* password);
 
-  sys::Result<std::vector<std::string>> keyLabels() override;
-  sys::Result<std::vector<std::string>> requestLabels() override;
-  sys::Result<KeyEntry> findKey(const std::string& label) override;
-  sys::Result<RequestEntry> findRequest(const std::string& label) override;
+  sys::Result<std::vector<Label>> keyLabels() override;
+  sys::Result<std::vector<Label>> requestLabels() override;
+  sys::Result<KeyEntry> findKey(const Label& label) override;
+  sys::Result<RequestEntry> findRequest(const Label& label) override;
   sys::Result<KeyEntry> defaultKey() override;
   sys::Result<std::vector<KeyEntry>> findKeysByPublicKey(sys::ByteView publicKey) override;
   sys::Result<std::vector<RequestEntry>> findRequestsByPublicKey(sys::ByteView publicKey) override;
@@ -46,10 +46,10 @@ class CertificateStore final : public Store {
   sys::Status insertRequest(const RequestEntry& entry) override;
   sys::Status replaceKey(const KeyEntry& entry) override;
   sys::Status replaceRequest(const RequestEntry& entry) override;
-  sys::Status removeKey(const std::string& label) override;
-  sys::Status removeRequest(const std::string& label) override;
-  sys::Status setDefault(const std::string& label) override;
-  sys::Status setTrusted(const std::string& label, bool trusted) override;
+  sys::Status removeKey(const Label& label) override;
+  sys::Status removeRequest(const Label& label) override;
+  sys::Status setDefault(const Label& label) override;
+  sys::Status setTrusted(const Label& label, bool trusted) override;
   sys::Status inTransaction(const std::function<sys::Status()>& body) override;
 
   sys::Result<GeneratedKey> generateKey(int keySize) override;
@@ -65,9 +65,9 @@ class CertificateStore final : public Store {
 
   sys::Status refresh() { return inventory_.refresh(changes_.doomed()); }
   /** The entry that has the label now. */
-  sys::Result<StoredEntry> lookUp(const std::string& label);
+  sys::Result<StoredEntry> lookUp(const Label& label);
   /** As lookUp, of an entry whose file can be changed without changing another. */
-  sys::Result<StoredEntry> lookUpAlone(const std::string& label);
+  sys::Result<StoredEntry> lookUpAlone(const Label& label);
   /** Refuses a certificate that an entry has already. */
   sys::Status requireNew(const sys::Bytes& certificate) const;
 

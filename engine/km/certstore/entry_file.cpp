@@ -6,7 +6,6 @@
 #include "engine/cms/bundles.h"
 #include "engine/km/store/crypto_mode.h"
 #include "engine/sys/files.h"
-#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::certstore {
@@ -43,14 +42,13 @@ sys::Result<std::vector<cms::Pkcs12Entry>> readEntryFile(const std::string& path
 }
 
 sys::Result<sys::SecretBytes> encodeEntry(const KeyEntry& entry) {
-  sys::Result<std::string> friendlyName = sys::toUtf8(entry.label);
-  if (!friendlyName) return friendlyName.failure();
+  std::string friendlyName = entry.label.name();
   // It would be read back as another, for programs take it for the end.
-  if (friendlyName.value().find('\0') != std::string::npos) {
+  if (friendlyName.find('\0') != std::string::npos) {
     return sys::fail(ZELKM_ERR_PARAMETER, "a label of a certificate store holds U+0000");
   }
   cms::Pkcs12Entry written;
-  written.friendlyName = std::move(friendlyName).value();
+  written.friendlyName = std::move(friendlyName);
   written.privateKeyInfo = entry.privateKey.pkcs8;
   written.chain.push_back(entry.certificate);
   const auto encryption =

@@ -20,8 +20,8 @@ sys::Result<StoredEntry> storedEntry(cms::Pkcs12Entry entry) {
   if (!keys) return keys.failure();
   stored.publicKey = std::move(keys.value().publicKeyInfo);
   stored.subject = std::move(keys.value().subject);
-  stored.label = entry.friendlyName.empty() ? nameOfUnlabelled(stored.certificate)
-                                            : std::move(entry.friendlyName);
+  stored.label = Label::ofName(entry.friendlyName.empty() ? nameOfUnlabelled(stored.certificate)
+                                                          : entry.friendlyName);
   return stored;
 }
 
@@ -76,10 +76,10 @@ void Inventory::enter(const std::map<std::string, KnownFile>& files) {
   std::ranges::stable_sort(entries_, [](const StoredEntry& left, const StoredEntry& right) {
     return std::tie(left.modified, left.fileName) < std::tie(right.modified, right.fileName);
   });
-  makeLabels(entries_);
+  numberLabels(entries_);
 }
 
-const StoredEntry* Inventory::find(std::string_view label) const {
+const StoredEntry* Inventory::find(const Label& label) const {
   const auto found = std::ranges::find(entries_, label, &StoredEntry::label);
   return found == entries_.end() ? nullptr : &*found;
 }

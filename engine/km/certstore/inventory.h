@@ -10,6 +10,7 @@
 
 #include "engine/km/certstore/store_folder.h"
 #include "engine/km/store/file_state.h"
+#include "engine/km/store/label.h"
 #include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
@@ -28,7 +29,7 @@
 namespace zel::km::certstore {
 
 struct StoredEntry {
-  std::string label;
+  Label label;
   std::string fileName;
   std::int64_t modified = 0; /**< when its file was written, in nanoseconds since 1970 */
   sys::Bytes certificate;
@@ -54,7 +55,7 @@ class Inventory {
 
   const std::vector<StoredEntry>& entries() const { return entries_; }
   /** Null when there is none. */
-  const StoredEntry* find(std::string_view label) const;
+  const StoredEntry* find(const Label& label) const;
 
   /**
    * The entry with its key. ZELKM_ERR_DATABASE_READ (12) when its file has been changed since the

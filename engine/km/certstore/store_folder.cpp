@@ -27,9 +27,9 @@ constexpr mode_t kBarred = S_IWGRP | S_IWOTH;
 
 }  // namespace
 
-std::vector<std::string> storeNames() {
-  std::vector<std::string> names;
-  for (const KnownStore& store : kStores) names.emplace_back(store.name);
+std::vector<Label> storeNames() {
+  std::vector<Label> names;
+  for (const KnownStore& store : kStores) names.push_back(Label::ofName(store.name));
   return names;
 }
 

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/km/store/label.h"
 #include "engine/sys/folders.h"
 #include "engine/sys/result.h"
 
@@ -20,7 +21,7 @@ inline constexpr std::string_view kRootStore = "CurrentUser/Root";
 inline constexpr std::string_view kAuthorityStore = "CurrentUser/CA";
 
 /** The names of the stores; they are there whether or not anything was ever put into them. */
-std::vector<std::string> storeNames();
+std::vector<Label> storeNames();
 
 class StoreFolder {
  public:

@@ -1,21 +1,13 @@
 #include "engine/km/face/entry_arguments.h"
 
 #include "engine/cms/signing.h"
-#include "engine/km/store/store.h"
-#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km {
 
-sys::Result<std::string> labelArgument(const char* label) {
+sys::Result<Label> labelArgument(const char* label) {
   if (label == nullptr) return sys::fail(ZELKM_ERR_NULL_PARAMETER, "no label");
-  std::string text = label;
-  if (text.empty() || text.size() > kLongestLabel) {
-    return sys::fail(ZELKM_ERR_PARAMETER, "a label of %zu bytes", text.size());
-  }
-  const sys::Result<std::string> readable = sys::toUtf8(text);
-  if (!readable) return readable.failure();
-  return text;
+  return Label::given(label);
 }
 
 sys::Result<sys::ByteView> bytesArgument(const unsigned char* bytes, std::uint32_t length) {
@@ -26,6 +18,13 @@ sys::Result<sys::ByteView> bytesArgument(const unsigned char* bytes, std::uint32
 sys::Result<sys::ByteView> optionalBytesArgument(const unsigned char* bytes, std::uint32_t length) {
   if (length == 0) return sys::ByteView();
   return bytesArgument(bytes, length);
+}
+
+sys::Result<std::optional<sys::FileName>> optionalFileName(const char* fileName) {
+  if (fileName == nullptr) return std::optional<sys::FileName>();
+  sys::Result<sys::FileName> name = sys::FileName::given(fileName);
+  if (!name) return name.failure();
+  return std::optional(std::move(name).value());
 }
 
 sys::Status requireSignatureSelector(int selector) {

@@ -2,16 +2,18 @@
 #define ZEL_KM_FACE_ENTRY_ARGUMENTS_H_
 
 #include <cstdint>
-#include <string>
+#include <optional>
 
+#include "engine/km/store/label.h"
 #include "engine/sys/bytes.h"
+#include "engine/sys/file_name.h"
 #include "engine/sys/result.h"
 
 /**
  * @file
  * The arguments of operations on entries, checked once and alike:
  *
- *     Result<std::string> wanted = labelArgument(label);
+ *     Result<Label> wanted = labelArgument(label);
  *     if (!wanted) return wanted.failure();
  *
  * What is missing is ZELKM_ERR_NULL_PARAMETER (66).
@@ -20,13 +22,16 @@
 namespace zel::km {
 
 /** A label as stores take it. ZELKM_ERR_PARAMETER (65) when it is not a text of 1 to 511 bytes. */
-sys::Result<std::string> labelArgument(const char* label);
+sys::Result<Label> labelArgument(const char* label);
 
 /** Bytes, borrowed; a length of zero counts as missing. */
 sys::Result<sys::ByteView> bytesArgument(const unsigned char* bytes, std::uint32_t length);
 
 /** Bytes that need not be given: a length of zero is an empty view. */
 sys::Result<sys::ByteView> optionalBytesArgument(const unsigned char* bytes, std::uint32_t length);
+
+/** The name of a file that need not be written: null is none. The codes of FileName::given. */
+sys::Result<std::optional<sys::FileName>> optionalFileName(const char* fileName);
 
 /** ZELKM_ERR_SIGNATURE_ALGORITHM (133) when a selector is neither 1 nor 2. */
 sys::Status requireSignatureSelector(int selector);

@@ -16,7 +16,7 @@ sys::Result<CertItemPtr> handOutCertificate(const LabelledCertificate& certifica
   item->certDerLength = static_cast<std::uint32_t>(certificate.certificate.size());
   item->shortValue1 = fields.version;
   item->shortValue2 = fields.key.size;
-  item->label = sys::handOutText(certificate.label);
+  item->label = sys::handOutText(certificate.label.text());
   item->subjectDN = handOutName(fields.subject, fields.subjectDer).release();
   item->issuerDN = handOutName(fields.issuer, fields.issuerDer).release();
   item->effectTime = fields.notBefore;

@@ -1,10 +1,10 @@
 #ifndef ZEL_KM_FACE_ITEM_CERTIFICATES_H_
 #define ZEL_KM_FACE_ITEM_CERTIFICATES_H_
 
-#include <string>
 #include <vector>
 
 #include "engine/km/face/item_ptr.h"
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -14,12 +14,6 @@
  */
 
 namespace zel::km {
-
-/** A certificate with the label under which it is known; modified UTF-8. */
-struct LabelledCertificate {
-  std::string label;
-  sys::Bytes certificate;
-};
 
 /** A certificate taken apart into a record. ZELKM_ERR_ASN (2) when the bytes are none. */
 sys::Result<CertItemPtr> handOutCertificate(const LabelledCertificate& certificate);

@@ -63,7 +63,7 @@ sys::Result<EpkiItemPtr> handOutEncryptedKey(Store& store, const PrivateKey& key
 
 sys::Result<KeyItemPtr> handOutKey(Store& store, const KeyEntry& entry) {
   KeyItemPtr item(sys::handOutRecord<ZELKMKeyItem>());
-  item->label = sys::handOutText(entry.label);
+  item->label = sys::handOutText(entry.label.text());
   item->booleanValue1 = entry.trusted ? kTrue : 0;
   item->booleanValue2 = entry.isDefault ? kTrue : 0;
   sys::Status status = fillPublicKey(*item, entry.certificate);

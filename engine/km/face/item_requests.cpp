@@ -49,7 +49,7 @@ sys::Result<ReqKeyItemPtr> handOutRequest(Store& store, const RequestEntry& entr
 
   ReqKeyItemPtr item(sys::handOutRecord<ZELKMReqKeyItem>());
   item->shortValue1 = static_cast<std::int64_t>(fields.key.algorithm);
-  item->label = sys::handOutText(entry.label);
+  item->label = sys::handOutText(entry.label.text());
   item->keySize = fields.key.size;
   item->hasBerData = 1;
   item->berData = sys::handOutBytes(fields.publicKeyInfo);

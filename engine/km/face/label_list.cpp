@@ -4,14 +4,14 @@
 
 namespace zel::km {
 
-LabelListPtr labelListOf(const std::vector<std::string>& labels) {
+LabelListPtr labelListOf(const std::vector<Label>& labels) {
   LabelListPtr list;
   // From the last to the first, so that what is done can always be released from its head.
   for (auto label = labels.rbegin(); label != labels.rend(); ++label) {
     auto* node = sys::handOutRecord<ZELKMLabelList>();
     node->next = list.release();
     list.reset(node);
-    node->label = sys::handOutText(*label);
+    node->label = sys::handOutText(label->text());
   }
   return list;
 }

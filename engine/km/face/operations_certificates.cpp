@@ -1,3 +1,5 @@
+#include <optional>
+
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/certificates.h"
 #include "engine/cms/issuing.h"
@@ -26,11 +28,11 @@ struct SelfSigning {
   int days;
   int signatureSelector;
   sys::ByteView extensions;
-  const char* certFileName;
+  std::optional<sys::FileName> certFile;
   CertificateFormat format;
 };
 
-sys::Status requireFreeLabel(Store& store, const std::string& label) {
+sys::Status requireFreeLabel(Store& store, const Label& label) {
   const sys::Result<KeyEntry> entry = store.findKey(label);
   if (entry) {
     return sys::fail(ZELKM_ERR_DATABASE_DUPLICATE_KEY_LABEL, "the label \"%s\" is in use",
@@ -65,7 +67,7 @@ sys::Result<sys::Bytes> signSelf(Store& store, const SelfSigning& wanted, const 
 }
 
 /** Takes an entry out again; the default mark goes back to the one that had it. */
-void takeBack(Store& store, const std::string& label, const std::string& previousDefault) {
+void takeBack(Store& store, const Label& label, const Label& previousDefault) {
   const sys::Status taken = store.inTransaction([&]() -> sys::Status {
     if (sys::Status removed = store.removeKey(label); !removed) return removed;
     return previousDefault.empty() ? sys::success() : store.setDefault(previousDefault);
@@ -78,21 +80,21 @@ void takeBack(Store& store, const std::string& label, const std::string& previou
  * taken out again when the file cannot be written.
  */
 sys::Status insertAndWrite(Store& store, const SelfSigning& wanted, const KeyEntry& entry) {
-  std::string previousDefault;
-  if (wanted.makeDefault && wanted.certFileName != nullptr) {
+  Label previousDefault;
+  if (wanted.makeDefault && wanted.certFile) {
     const sys::Result<KeyEntry> marked = store.defaultKey();
     if (marked) previousDefault = marked.value().label;
     if (!marked && marked.code() != ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL) return marked.failure();
   }
   if (sys::Status inserted = store.insertKey(entry); !inserted) return inserted;
-  if (wanted.certFileName == nullptr) return sys::success();
-  sys::Status written = writeCertificateFile(wanted.certFileName, entry.certificate, wanted.format);
+  if (!wanted.certFile) return sys::success();
+  sys::Status written = writeCertificateFile(*wanted.certFile, entry.certificate, wanted.format);
   if (!written) takeBack(store, entry.label, previousDefault);
   return written;
 }
 
 sys::Status createSelfSigned(Store& store, const SelfSigning& wanted) {
-  const sys::Result<std::string> label = labelArgument(wanted.label);
+  const sys::Result<Label> label = labelArgument(wanted.label);
   if (!label) return label.failure();
   const sys::Result<sys::Bytes> subject = nameArgument(wanted.subject);
   if (!subject) return subject.failure();
@@ -123,7 +125,9 @@ int ZELKM_CreateSelfSignedCert(int handle, const char* label, unsigned char firs
                                int firstNumber, int secondNumber, const ZELKMDNItem* dn,
                                int thirdNumber, const char* certFileName,
                                unsigned char secondFlag) {
-  return onStore(__func__, handle, [&](Store& store) {
+  return onStore(__func__, handle, [&](Store& store) -> sys::Status {
+    sys::Result<std::optional<sys::FileName>> certFile = optionalFileName(certFileName);
+    if (!certFile) return certFile.failure();
     return createSelfSigned(store, {.label = label,
                                     .makeDefault = firstFlag != 0,
                                     .version = firstNumber,
@@ -132,7 +136,7 @@ int ZELKM_CreateSelfSignedCert(int handle, const char* label, unsigned char firs
                                     .days = thirdNumber,
                                     .signatureSelector = cms::kByKeyStrength,
                                     .extensions = {},
-                                    .certFileName = certFileName,
+                                    .certFile = std::move(certFile).value(),
                                     .format = formatOfFlag(secondFlag)});
   });
 }
@@ -146,6 +150,8 @@ int ZELKM_CreateSelfSignedCertSigExt(int handle, const char* label, unsigned cha
     if (sys::Status chosen = requireSignatureSelector(signatureAlgorithm); !chosen) return chosen;
     sys::Result<sys::ByteView> given = optionalBytesArgument(extensions, extensionsLength);
     if (!given) return given.failure();
+    sys::Result<std::optional<sys::FileName>> certFile = optionalFileName(certFileName);
+    if (!certFile) return certFile.failure();
     return createSelfSigned(store, {.label = label,
                                     .makeDefault = firstFlag != 0,
                                     .version = firstNumber,
@@ -154,7 +160,7 @@ int ZELKM_CreateSelfSignedCertSigExt(int handle, const char* label, unsigned cha
                                     .days = thirdNumber,
                                     .signatureSelector = signatureAlgorithm,
                                     .extensions = given.value(),
-                                    .certFileName = certFileName,
+                                    .certFile = std::move(certFile).value(),
                                     .format = formatOfFlag(secondFlag)});
   });
 }
@@ -162,11 +168,13 @@ int ZELKM_CreateSelfSignedCertSigExt(int handle, const char* label, unsigned cha
 int ZELKM_ExportCert(int handle, const char* label, const char* certFileName,
                      unsigned char format) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<KeyEntry> entry = store.findKey(wanted.value());
     if (!entry) return entry.failure();
-    return writeCertificateFile(certFileName, entry.value().certificate, formatOfFlag(format));
+    const sys::Result<sys::FileName> certFile = sys::FileName::given(certFileName);
+    if (!certFile) return certFile.failure();
+    return writeCertificateFile(certFile.value(), entry.value().certificate, formatOfFlag(format));
   });
 }
 

@@ -3,14 +3,15 @@
 #include "engine/cms/epki.h"
 #include "engine/cms/keys.h"
 #include "engine/cms/pem.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/item_certificates.h"
 #include "engine/km/face/item_keys.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/store/new_labels.h"
+#include "engine/sys/file_name.h"
 #include "engine/sys/files.h"
 #include "engine/sys/memory.h"
+#include "engine/sys/password.h"
 
 // Taking files, messages and private keys apart that belong to no store.
 
@@ -28,9 +29,9 @@ int ZELKM_Base64DecodeFileToBuf(const char* fileName, unsigned char** buffer, ui
   return answering(__func__, [&]() -> sys::Status {
     if (sys::Status given = requireOutput(buffer); !given) return given;
     if (sys::Status given = requireOutput(length); !given) return given;
-    const sys::Result<std::string> name = fileNameArgument(fileName);
+    const sys::Result<sys::FileName> name = sys::FileName::given(fileName);
     if (!name) return name.failure();
-    const sys::Result<sys::Bytes> text = sys::readFile(name.value(), kMostFileBytes);
+    const sys::Result<sys::Bytes> text = sys::readFile(name.value().path(), kMostFileBytes);
     if (!text) return text.failure();
     const sys::Result<sys::Bytes> decoded = cms::decodePem(text.value());
     if (!decoded) return decoded.failure();
@@ -51,7 +52,7 @@ int ZELKM_ExtractCertListFromPKCS7Data(const unsigned char* bytes, uint32_t leng
 
     std::vector<LabelledCertificate> labelled;
     for (sys::Bytes& certificate : bundle.value()) {
-      sys::Result<std::string> label = labelForCertificate(certificate);
+      sys::Result<Label> label = labelForCertificate(certificate);
       if (!label) return label.failure();
       labelled.push_back({std::move(label).value(), std::move(certificate)});
     }
@@ -68,13 +69,14 @@ int ZELKM_GetEPKIItemFromPrivateKey(const unsigned char* keyBytes, uint32_t keyL
     if (sys::Status given = requireOutput(epki); !given) return given;
     const sys::Result<sys::ByteView> bytes = bytesArgument(keyBytes, keyLength);
     if (!bytes) return bytes.failure();
-    const sys::Result<sys::SecretBytes> secret = passwordArgument(password);
+    const sys::Result<sys::Password> secret = sys::Password::given(password);
     if (!secret) return secret.failure();
     const sys::Result<cms::KeyPtr> key = cms::readPrivateKey(bytes.value());
     if (!key) return key.failure();
     const sys::Result<sys::SecretBytes> pkcs8 = cms::privateKeyInfo(*key.value());
     if (!pkcs8) return pkcs8.failure();
-    const sys::Result<sys::Bytes> encrypted = cms::encryptPrivateKey(pkcs8.value(), secret.value());
+    const sys::Result<sys::Bytes> encrypted =
+        cms::encryptPrivateKey(pkcs8.value(), secret.value().bytes());
     if (!encrypted) return encrypted.failure();
     *epki = handOutEpki(encrypted.value()).release();
     return sys::success();
@@ -88,10 +90,10 @@ int ZELKM_GetPrivKeyInfoItemFromEPKIItem(const ZELKMEPKIItem* epki, const char* 
     if (sys::Status given = requireOutput(privKeyInfo); !given) return given;
     const sys::Result<sys::ByteView> bytes = bytesArgument(epki->berData, epki->berDataLength);
     if (!bytes) return bytes.failure();
-    const sys::Result<sys::SecretBytes> secret = passwordArgument(password);
+    const sys::Result<sys::Password> secret = sys::Password::given(password);
     if (!secret) return secret.failure();
     const sys::Result<sys::SecretBytes> pkcs8 =
-        cms::decryptPrivateKey(bytes.value(), secret.value());
+        cms::decryptPrivateKey(bytes.value(), secret.value().bytes());
     if (!pkcs8) return pkcs8.failure();
 
     PrivKeyInfoItemPtr item(sys::handOutRecord<ZELKMPrivKeyInfoItem>());

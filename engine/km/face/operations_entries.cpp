@@ -31,7 +31,7 @@ int ZELKM_InsertKey(int handle, const char* label, uint32_t certLength,
                     const unsigned char* keyBytes, unsigned char firstFlag,
                     unsigned char secondFlag) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<sys::ByteView> certificate = bytesArgument(certBytes, certLength);
     if (!certificate) return sys::fail(ZELKM_ERR_KEYREC_CERTIFICATE_NULL, "no certificate");
@@ -62,7 +62,7 @@ int ZELKM_InsertReqKey(int handle, const char* label, uint32_t firstLength,
                        const unsigned char* firstBytes, uint32_t secondLength,
                        const unsigned char* secondBytes) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<sys::ByteView> request = bytesArgument(firstBytes, firstLength);
     if (!request) return request.failure();
@@ -85,21 +85,21 @@ int ZELKM_InsertReqKey(int handle, const char* label, uint32_t firstLength,
 
 int ZELKM_DeleteKey(int handle, const char* label) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     return wanted ? store.removeKey(wanted.value()) : wanted.failure();
   });
 }
 
 int ZELKM_DeleteRequestKeyPair(int handle, const char* label) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     return wanted ? store.removeRequest(wanted.value()) : wanted.failure();
   });
 }
 
 int ZELKM_SetDefaultKeyByLabel(int handle, const char* label) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<KeyEntry> entry = store.findKey(wanted.value());
     if (!entry) return entry.failure();
@@ -110,7 +110,7 @@ int ZELKM_SetDefaultKeyByLabel(int handle, const char* label) {
 
 int ZELKM_SetTrustStatus(int handle, const char* label, unsigned char trusted) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     return wanted ? store.setTrusted(wanted.value(), trusted != 0) : wanted.failure();
   });
 }

@@ -2,11 +2,12 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/pkcs12/pkcs12.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/store/new_labels.h"
 #include "engine/km/work/issuer_entries.h"
+#include "engine/sys/file_name.h"
 #include "engine/sys/files.h"
+#include "engine/sys/password.h"
 
 // PKCS #12 files into a store.
 
@@ -25,9 +26,9 @@ sys::Status addEntry(Store& store, cms::Pkcs12Entry& entry) {
     if (!isThere) return isThere.failure();
     if (isThere.value()) return sys::success();
   }
-  const sys::Result<std::string> wanted = wantedLabel(entry.friendlyName, certificate);
+  const sys::Result<Label> wanted = wantedLabel(entry.friendlyName, certificate);
   if (!wanted) return wanted.failure();
-  const sys::Result<std::string> label = freeKeyLabel(store, wanted.value());
+  const sys::Result<Label> label = freeKeyLabel(store, wanted.value());
   if (!label) return label.failure();
 
   KeyEntry added;
@@ -42,15 +43,15 @@ sys::Status addEntry(Store& store, cms::Pkcs12Entry& entry) {
 
 int ZELKM_ImportKeysFromPFXFile(int handle, const char* pfxFileName, const char* pfxPassword) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> fileName = fileNameArgument(pfxFileName);
+    const sys::Result<sys::FileName> fileName = sys::FileName::given(pfxFileName);
     if (!fileName) return fileName.failure();
-    const sys::Result<sys::SecretBytes> password =
-        passwordArgument(pfxPassword == nullptr ? "" : pfxPassword);
+    const sys::Result<sys::Password> password = sys::Password::givenOrEmpty(pfxPassword);
     if (!password) return password.failure();
-    const sys::Result<sys::SecretBytes> file = sys::readSecretFile(fileName.value(), kMostPfxBytes);
+    const sys::Result<sys::SecretBytes> file =
+        sys::readSecretFile(fileName.value().path(), kMostPfxBytes);
     if (!file) return file.failure();
     sys::Result<std::vector<cms::Pkcs12Entry>> entries =
-        cms::readPkcs12(file.value(), password.value());
+        cms::readPkcs12(file.value(), password.value().bytes());
     if (!entries) return entries.failure();
     return store.inTransaction([&]() -> sys::Status {
       for (cms::Pkcs12Entry& entry : entries.value()) {

@@ -73,7 +73,7 @@ sys::Result<sys::Bytes> serialNumberArgument(const char* text) {
 
 /** The issuer's entry, when it has a key and may issue. */
 sys::Result<KeyEntry> findIssuer(Store& store, const char* issuerLabel) {
-  const sys::Result<std::string> label = labelArgument(issuerLabel);
+  const sys::Result<Label> label = labelArgument(issuerLabel);
   if (!label) return label.failure();
   sys::Result<KeyEntry> issuer = store.findKey(label.value());
   if (!issuer) return issuer;
@@ -132,7 +132,9 @@ sys::Status issue(Store& store, const Issuing& wanted) {
       cms::issueCertificate(plan.value(), signingKey.value(), wanted.signatureSelector,
                             signerOf(store, issuer.value().privateKey));
   if (!certificate) return certificate.failure();
-  return writeCertificateFile(wanted.certFileName, certificate.value(), wanted.format);
+  const sys::Result<sys::FileName> certFile = sys::FileName::given(wanted.certFileName);
+  if (!certFile) return certFile.failure();
+  return writeCertificateFile(certFile.value(), certificate.value(), wanted.format);
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ sys::Status answerKeys(Store& store, const std::vector<KeyEntry>& entries, ZELKM
 int ZELKM_GetKeyItemByLabel(int handle, const char* label, ZELKMKeyItem** item) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status given = requireOutput(item); !given) return given;
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     return answerKey(store, store.findKey(wanted.value()), item);
   });
@@ -41,7 +41,7 @@ int ZELKM_GetKeyItemByLabel(int handle, const char* label, ZELKMKeyItem** item) 
 int ZELKM_GetKeyItemListByLabel(int handle, const char* label, ZELKMKeyItemList** list) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status given = requireOutput(list); !given) return given;
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     sys::Result<KeyEntry> entry = store.findKey(wanted.value());
     if (!entry) return entry.failure();
@@ -75,7 +75,7 @@ int ZELKM_GetDefaultKeyItem(int handle, ZELKMKeyItem** item) {
 int ZELKM_IsPrivateKeyPresent(int handle, const char* label, unsigned char* present) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status given = requireOutput(present); !given) return given;
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<KeyEntry> entry = store.findKey(wanted.value());
     if (!entry) return entry.failure();

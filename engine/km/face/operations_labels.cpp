@@ -1,4 +1,3 @@
-#include <string>
 #include <vector>
 
 #include "bridge/kmlib/zelkm.h"
@@ -10,7 +9,7 @@ using namespace zel::km;  // NOLINT(google-build-using-namespace)
 
 namespace {
 
-sys::Status handOut(sys::Result<std::vector<std::string>> labels, ZELKMLabelList** list) {
+sys::Status handOut(sys::Result<std::vector<Label>> labels, ZELKMLabelList** list) {
   if (!labels) return labels.failure();
   *list = labelListOf(labels.value()).release();
   return sys::success();

@@ -3,12 +3,13 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/keys.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/face/handle_table.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/output_files.h"
 #include "engine/km/keydb/password_cache.h"
 #include "engine/km/store/crypto_mode.h"
+#include "engine/sys/file_name.h"
+#include "engine/sys/password.h"
 #include "engine/sys/trace.h"
 
 using namespace zel;      // NOLINT(google-build-using-namespace)
@@ -48,11 +49,12 @@ int ZELKM_StartTrace(const char* componentTag, const char* traceFileName, int64_
                      int64_t secondSetting) {
   return answering(__func__, [&]() -> sys::Status {
     if (traceFileName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-    const sys::Result<std::string> name = fileNameArgument(traceFileName);
+    const sys::Result<sys::FileName> name = sys::FileName::given(traceFileName);
     if (!name) return name.failure();
     sys::Status free = checkIsNoKeyDatabase(name.value());
     if (!free) return free;
-    return sys::startTrace(componentTag, name.value().c_str(), {firstSetting, secondSetting});
+    return sys::startTrace(componentTag, name.value().path().c_str(),
+                           {firstSetting, secondSetting});
   });
 }
 

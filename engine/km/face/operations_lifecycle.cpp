@@ -4,11 +4,12 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/certstore/certificate_store.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/face/handle_table.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/database_lifecycle.h"
 #include "engine/km/token/token_store.h"
+#include "engine/sys/file_name.h"
+#include "engine/sys/password.h"
 
 using namespace zel;      // NOLINT(google-build-using-namespace)
 using namespace zel::km;  // NOLINT(google-build-using-namespace)
@@ -24,18 +25,18 @@ sys::Status handOut(sys::Result<std::unique_ptr<Store>> store, int* handle) {
 sys::Status create(const char* fileName, const char* password, const NewDatabase& settings,
                    int* handle) {
   if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-  sys::Result<std::string> name = fileNameArgument(fileName);
+  sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
-  sys::Result<sys::SecretBytes> given = passwordArgument(password);
+  sys::Result<sys::Password> given = sys::Password::given(password);
   if (!given) return given.failure();
   return handOut(createKeyDatabase(name.value(), given.value(), settings), handle);
 }
 
 sys::Status open(const char* fileName, const char* password, int* handle) {
   if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-  sys::Result<std::string> name = fileNameArgument(fileName);
+  sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
-  sys::Result<Password> given = passwordOrStash(password);
+  sys::Result<std::optional<sys::Password>> given = sys::Password::givenOrKept(password);
   if (!given) return given.failure();
   return handOut(openKeyDatabase(name.value(), given.value()), handle);
 }

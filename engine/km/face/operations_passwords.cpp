@@ -2,10 +2,11 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/certstore/store_folder.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/database_lifecycle.h"
 #include "engine/km/token/token_access.h"
+#include "engine/sys/file_name.h"
+#include "engine/sys/password.h"
 
 using namespace zel;      // NOLINT(google-build-using-namespace)
 using namespace zel::km;  // NOLINT(google-build-using-namespace)
@@ -14,26 +15,26 @@ namespace {
 
 sys::Status change(const char* fileName, const char* oldPassword, const char* newPassword,
                    int64_t lifetime) {
-  sys::Result<std::string> name = fileNameArgument(fileName);
+  sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
   if (newPassword == nullptr) return sys::Failure{ZELKM_ERR_NEW_PASSWORD};
-  sys::Result<Password> old = passwordOrStash(oldPassword);
+  sys::Result<std::optional<sys::Password>> old = sys::Password::givenOrKept(oldPassword);
   if (!old) return old.failure();
-  sys::Result<sys::SecretBytes> wanted = passwordArgument(newPassword);
+  sys::Result<sys::Password> wanted = sys::Password::given(newPassword);
   if (!wanted) return wanted.failure();
   return changeDatabasePassword(name.value(), old.value(), wanted.value(), lifetime);
 }
 
 sys::Status stash(const char* fileName, const char* password) {
-  sys::Result<std::string> name = fileNameArgument(fileName);
+  sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
-  sys::Result<sys::SecretBytes> given = passwordArgument(password);
+  sys::Result<sys::Password> given = sys::Password::given(password);
   if (!given) return given.failure();
   return stashDatabasePassword(name.value(), given.value());
 }
 
 sys::Status askFile(const char* fileName, unsigned char* required) {
-  sys::Result<std::string> name = fileNameArgument(fileName);
+  sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
   sys::Result<bool> needed = needsPassword(name.value());
   if (!needed) return needed.failure();

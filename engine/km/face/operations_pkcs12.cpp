@@ -3,12 +3,12 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/pkcs12/pkcs12.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/output_files.h"
 #include "engine/km/work/certificate_chain.h"
-#include "engine/sys/modified_utf8.h"
+#include "engine/sys/file_name.h"
+#include "engine/sys/password.h"
 
 // PKCS #12 files out of a store.
 
@@ -20,10 +20,10 @@ namespace {
 constexpr int kPfxExport = 1;
 
 /** The labels of the list, each once. */
-sys::Result<std::vector<std::string>> labelsOf(const ZELKMLabelList* list) {
-  std::vector<std::string> labels;
+sys::Result<std::vector<Label>> labelsOf(const ZELKMLabelList* list) {
+  std::vector<Label> labels;
   for (; list != nullptr && list->label != nullptr; list = list->next) {
-    sys::Result<std::string> label = labelArgument(list->label);
+    sys::Result<Label> label = labelArgument(list->label);
     if (!label) return label.failure();
     if (std::find(labels.begin(), labels.end(), label.value()) == labels.end()) {
       labels.push_back(std::move(label).value());
@@ -33,7 +33,7 @@ sys::Result<std::vector<std::string>> labelsOf(const ZELKMLabelList* list) {
   return labels;
 }
 
-sys::Result<cms::Pkcs12Entry> pkcs12Entry(Store& store, const std::string& label) {
+sys::Result<cms::Pkcs12Entry> pkcs12Entry(Store& store, const Label& label) {
   sys::Result<KeyEntry> found = store.findKey(label);
   if (!found) return found.failure();
   KeyEntry& entry = found.value();
@@ -41,13 +41,11 @@ sys::Result<cms::Pkcs12Entry> pkcs12Entry(Store& store, const std::string& label
     return sys::fail(ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL,
                      "the key of \"%s\" does not leave its store", label.c_str());
   }
-  sys::Result<std::string> friendlyName = sys::toUtf8(label);
-  if (!friendlyName) return friendlyName.failure();
   sys::Result<std::vector<LabelledCertificate>> chain = chainOf(store, entry);
   if (!chain) return chain.failure();
 
   cms::Pkcs12Entry exported;
-  exported.friendlyName = std::move(friendlyName).value();
+  exported.friendlyName = label.name();
   exported.privateKeyInfo = std::move(entry.privateKey.pkcs8);
   for (LabelledCertificate& link : chain.value()) {
     exported.chain.push_back(std::move(link.certificate));
@@ -63,20 +61,20 @@ int ZELKM_ExportKeys(int handle, int exportType, const char* pfxFileName, const 
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (exportType != kPfxExport)
       return sys::fail(ZELKM_ERR_EXPORT_TYPE, "export type %d", exportType);
-    const sys::Result<std::string> fileName = fileNameArgument(pfxFileName);
+    const sys::Result<sys::FileName> fileName = sys::FileName::given(pfxFileName);
     if (!fileName) return fileName.failure();
-    const sys::Result<sys::SecretBytes> password = passwordArgument(pfxPassword);
+    const sys::Result<sys::Password> password = sys::Password::given(pfxPassword);
     if (!password) return password.failure();
-    const sys::Result<std::vector<std::string>> wanted = labelsOf(labels);
+    const sys::Result<std::vector<Label>> wanted = labelsOf(labels);
     if (!wanted) return wanted.failure();
 
     std::vector<cms::Pkcs12Entry> entries;
-    for (const std::string& label : wanted.value()) {
+    for (const Label& label : wanted.value()) {
       sys::Result<cms::Pkcs12Entry> entry = pkcs12Entry(store, label);
       if (!entry) return entry.failure();
       entries.push_back(std::move(entry).value());
     }
-    const sys::Result<sys::Bytes> pfx = cms::writePkcs12(entries, password.value());
+    const sys::Result<sys::Bytes> pfx = cms::writePkcs12(entries, password.value().bytes());
     if (!pfx) return pfx.failure();
     return writeOutput(fileName.value(), pfx.value(), sys::FileAccess::ownerOnly);
   });

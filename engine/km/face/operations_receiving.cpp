@@ -88,7 +88,7 @@ int ZELKM_ReceiveCert(int handle, const unsigned char* certBytes, uint32_t certL
 int ZELKM_StoreCACert(int handle, const unsigned char* certBytes, uint32_t certLength,
                       const char* label) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<sys::ByteView> certificate = bytesArgument(certBytes, certLength);
     if (!certificate) return certificate.failure();

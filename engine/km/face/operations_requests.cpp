@@ -1,3 +1,4 @@
+#include <optional>
 #include <utility>
 
 #include "bridge/kmlib/zelkm.h"
@@ -25,10 +26,10 @@ struct NewRequest {
   const ZELKMDNItem* subject;
   int signatureSelector;
   sys::ByteView extensions;
-  const char* fileName;
+  std::optional<sys::FileName> file;
 };
 
-sys::Status requireFreeLabel(Store& store, const std::string& label) {
+sys::Status requireFreeLabel(Store& store, const Label& label) {
   const sys::Result<RequestEntry> entry = store.findRequest(label);
   if (entry) {
     return sys::fail(ZELKM_ERR_DATABASE_DUPLICATE_KEY_LABEL, "a request \"%s\" is pending",
@@ -37,8 +38,7 @@ sys::Status requireFreeLabel(Store& store, const std::string& label) {
   return entry.code() == ZELKM_ERR_KEY_GET_BY_LABEL ? sys::success() : entry.failure();
 }
 
-sys::Result<RequestEntry> makeRequest(Store& store, const NewRequest& wanted,
-                                      const std::string& label) {
+sys::Result<RequestEntry> makeRequest(Store& store, const NewRequest& wanted, const Label& label) {
   const sys::Result<sys::Bytes> subject = nameArgument(wanted.subject);
   if (!subject) return subject.failure();
   if (sys::Status valid = cms::checkExtensions(wanted.extensions); !valid) return valid.failure();
@@ -66,14 +66,14 @@ sys::Result<RequestEntry> makeRequest(Store& store, const NewRequest& wanted,
  * written leaves no request behind.
  */
 sys::Status createRequest(Store& store, const NewRequest& wanted) {
-  const sys::Result<std::string> label = labelArgument(wanted.label);
+  const sys::Result<Label> label = labelArgument(wanted.label);
   if (!label) return label.failure();
   if (sys::Status isFree = requireFreeLabel(store, label.value()); !isFree) return isFree;
   const sys::Result<RequestEntry> entry = makeRequest(store, wanted, label.value());
   if (!entry) return entry.failure();
   if (sys::Status inserted = store.insertRequest(entry.value()); !inserted) return inserted;
-  if (wanted.fileName == nullptr) return sys::success();
-  sys::Status written = writeRequestFile(wanted.fileName, entry.value().request);
+  if (!wanted.file) return sys::success();
+  sys::Status written = writeRequestFile(*wanted.file, entry.value().request);
   if (!written && !store.removeRequest(label.value())) {
     sys::traceLine("the request \"%s\" stays without its file", label.value().c_str());
   }
@@ -85,7 +85,7 @@ sys::Status createRequest(Store& store, const NewRequest& wanted) {
 int ZELKM_GetReqKeyItemByLabel(int handle, const char* label, ZELKMReqKeyItem** item) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status given = requireOutput(item); !given) return given;
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<RequestEntry> entry = store.findRequest(wanted.value());
     if (!entry) return entry.failure();
@@ -98,13 +98,15 @@ int ZELKM_GetReqKeyItemByLabel(int handle, const char* label, ZELKMReqKeyItem** 
 
 int ZELKM_CreateNewCertReq(int handle, const char* label, int keySize, const ZELKMDNItem* dn,
                            const char* certReqFileName, int64_t, int64_t) {
-  return onStore(__func__, handle, [&](Store& store) {
+  return onStore(__func__, handle, [&](Store& store) -> sys::Status {
+    sys::Result<std::optional<sys::FileName>> file = optionalFileName(certReqFileName);
+    if (!file) return file.failure();
     return createRequest(store, {.label = label,
                                  .keySize = keySize,
                                  .subject = dn,
                                  .signatureSelector = cms::kByKeyStrength,
                                  .extensions = {},
-                                 .fileName = certReqFileName});
+                                 .file = std::move(file).value()});
   });
 }
 
@@ -116,23 +118,27 @@ int ZELKM_CreateNewCertReqSigExt(int handle, const char* label, int keySize, con
     if (sys::Status chosen = requireSignatureSelector(signatureAlgorithm); !chosen) return chosen;
     const sys::Result<sys::ByteView> given = optionalBytesArgument(extensions, extensionsLength);
     if (!given) return given.failure();
+    sys::Result<std::optional<sys::FileName>> file = optionalFileName(certReqFileName);
+    if (!file) return file.failure();
     return createRequest(store, {.label = label,
                                  .keySize = keySize,
                                  .subject = dn,
                                  .signatureSelector = signatureAlgorithm,
                                  .extensions = given.value(),
-                                 .fileName = certReqFileName});
+                                 .file = std::move(file).value()});
   });
 }
 
 int ZELKM_ReCreateCertReq(int handle, const char* label, const char* certReqFileName, int64_t,
                           int64_t) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
     const sys::Result<RequestEntry> entry = store.findRequest(wanted.value());
     if (!entry) return entry.failure();
-    return writeRequestFile(certReqFileName, entry.value().request);
+    const sys::Result<sys::FileName> file = sys::FileName::given(certReqFileName);
+    if (!file) return file.failure();
+    return writeRequestFile(file.value(), entry.value().request);
   });
 }
 
@@ -140,8 +146,10 @@ int ZELKM_ReCreateCertReqSig(int handle, const char* label, int signatureAlgorit
                              const char* certReqFileName, int64_t, int64_t) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status chosen = requireSignatureSelector(signatureAlgorithm); !chosen) return chosen;
-    const sys::Result<std::string> wanted = labelArgument(label);
+    const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
+    const sys::Result<sys::FileName> file = sys::FileName::given(certReqFileName);
+    if (!file) return file.failure();
     sys::Result<RequestEntry> found = store.findRequest(wanted.value());
     if (!found) return found.failure();
     RequestEntry& entry = found.value();
@@ -150,7 +158,7 @@ int ZELKM_ReCreateCertReqSig(int handle, const char* label, int signatureAlgorit
     if (!request) return request.failure();
     const sys::Bytes before = std::exchange(entry.request, std::move(request).value());
     if (sys::Status replaced = store.replaceRequest(entry); !replaced) return replaced;
-    sys::Status written = writeRequestFile(certReqFileName, entry.request);
+    sys::Status written = writeRequestFile(file.value(), entry.request);
     if (written) return written;
     entry.request = before;
     if (!store.replaceRequest(entry)) {

@@ -52,7 +52,7 @@ int ZELKM_GetCryptoTokenLabelList(const char* moduleName, ZELKMLabelList** list)
   return answering(__func__, [&]() -> sys::Status {
     if (moduleName == nullptr || list == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
     // The certificate stores stand in for the tokens of a module without a name.
-    sys::Result<std::vector<std::string>> labels =
+    sys::Result<std::vector<Label>> labels =
         *moduleName == '\0' ? certstore::storeNames() : token::listTokenLabels(moduleName);
     if (!labels) return labels.failure();
     *list = labelListOf(labels.value()).release();

@@ -112,13 +112,14 @@ sys::Result<Locked> readLocked(const std::string& name) {
   return locked;
 }
 
-sys::Result<sys::SecretBytes> givenOrStashed(const std::string& name, const Password& password,
+sys::Result<sys::SecretBytes> givenOrStashed(const std::string& name,
+                                             const PasswordOrStash& password,
                                              const Locked& locked) {
-  if (password) return *password;
+  if (password) return sys::SecretBytes(password->bytes().begin(), password->bytes().end());
   return readStash(name, locked.parameters.salt);
 }
 
-sys::Result<Unlocked> unlock(const std::string& name, const Password& password) {
+sys::Result<Unlocked> unlock(const std::string& name, const PasswordOrStash& password) {
   sys::Result<Locked> locked = readLocked(name);
   if (!locked) return locked.failure();
   sys::Result<sys::SecretBytes> used = givenOrStashed(name, password, locked.value());
@@ -214,12 +215,12 @@ sys::Status fillWithEntries(const std::string& name, sys::ByteView password,
 
 }  // namespace
 
-sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
-                                                      sys::ByteView password,
+sys::Result<std::unique_ptr<Store>> createKeyDatabase(const sys::FileName& name,
+                                                      const sys::Password& password,
                                                       const NewDatabase& settings) {
-  sys::Status allowed = checkNewPassword(password, settings.approvedOnly);
+  sys::Status allowed = checkNewPassword(password.bytes(), settings.approvedOnly);
   if (!allowed) return allowed.failure();
-  sys::Status isFree = checkNameIsFree(name);
+  sys::Status isFree = checkNameIsFree(name.path());
   if (!isFree) return isFree.failure();
   Parameters parameters;
   parameters.approvedOnly = settings.approvedOnly;
@@ -227,13 +228,13 @@ sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
   if (!expiresAt) return expiresAt.failure();
   parameters.expiresAt = expiresAt.value();
 
-  Draft draft(name);
+  Draft draft(name.path());
   sys::Status made = draft.create();
   if (!made) return made.failure();
   sys::SecretBytes masterKey(kKeyLength);
   made = fillRandom(masterKey);
   if (!made) return made.failure();
-  sys::Result<sys::SecretBytes> passwordKey = setPassword(parameters, password, masterKey);
+  sys::Result<sys::SecretBytes> passwordKey = setPassword(parameters, password.bytes(), masterKey);
   if (!passwordKey) return passwordKey.failure();
   {
     sys::Result<std::unique_ptr<Connection>> connection = Connection::open(draft.name());
@@ -241,44 +242,47 @@ sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
     made = fillNewFile(*connection.value(), parameters, masterKey);
     if (!made) return made.failure();
   }
-  if (settings.fill) made = fillWithEntries(draft.name(), password, masterKey, settings.fill);
-  if (made) made = draft.moveTo(name);
+  if (settings.fill)
+    made = fillWithEntries(draft.name(), password.bytes(), masterKey, settings.fill);
+  if (made) made = draft.moveTo(name.path());
   if (!made) return made.failure();
 
-  sys::Result<Locked> locked = readLocked(name);
+  sys::Result<Locked> locked = readLocked(name.path());
   if (!locked) return locked.failure();
-  PasswordCache::instance().keep(locked.value().identity, parameters.salt, password,
+  PasswordCache::instance().keep(locked.value().identity, parameters.salt, password.bytes(),
                                  passwordKey.value());
-  return storeOf(Unlocked{
-      std::move(locked.value()), {password.begin(), password.end()}, std::move(masterKey)});
+  return storeOf(Unlocked{std::move(locked.value()),
+                          {password.bytes().begin(), password.bytes().end()},
+                          std::move(masterKey)});
 }
 
-sys::Result<std::unique_ptr<Store>> openKeyDatabase(const std::string& name,
-                                                    const Password& password) {
-  sys::Result<Unlocked> unlocked = unlock(name, password);
+sys::Result<std::unique_ptr<Store>> openKeyDatabase(const sys::FileName& name,
+                                                    const PasswordOrStash& password) {
+  sys::Result<Unlocked> unlocked = unlock(name.path(), password);
   if (!unlocked) return unlocked.failure();
   sys::Status valid = checkNotExpired(unlocked.value().file.parameters.expiresAt);
   if (!valid) return valid.failure();
   return storeOf(std::move(unlocked.value()));
 }
 
-sys::Status changeDatabasePassword(const std::string& name, const Password& oldPassword,
-                                   sys::ByteView newPassword, std::int64_t lifetime) {
+sys::Status changeDatabasePassword(const sys::FileName& name, const PasswordOrStash& oldPassword,
+                                   const sys::Password& newPassword, std::int64_t lifetime) {
   sys::Result<std::int64_t> expiresAt = expiryOf(lifetime);
   if (!expiresAt) return expiresAt.failure();
-  sys::Result<Unlocked> unlocked = unlock(name, oldPassword);
+  sys::Result<Unlocked> unlocked = unlock(name.path(), oldPassword);
   if (!unlocked) return unlocked.failure();
   const sys::SecretBytes masterKey = unlocked.value().masterKey;
   const FileIdentity identity = unlocked.value().file.identity;
   const Parameters oldParameters = unlocked.value().file.parameters;
-  sys::Status allowed = checkNewPassword(newPassword, oldParameters.approvedOnly);
+  sys::Status allowed = checkNewPassword(newPassword.bytes(), oldParameters.approvedOnly);
   if (!allowed) return allowed;
 
   sys::Result<std::shared_ptr<const DatabaseFile>> file = shared(std::move(unlocked.value()));
   if (!file) return file.failure();
   Parameters parameters = oldParameters;
   parameters.expiresAt = expiresAt.value();
-  sys::Result<sys::SecretBytes> passwordKey = setPassword(parameters, newPassword, masterKey);
+  sys::Result<sys::SecretBytes> passwordKey =
+      setPassword(parameters, newPassword.bytes(), masterKey);
   if (!passwordKey) return passwordKey.failure();
 
   sys::Result<BorrowedConnection> connection = file.value()->borrow();
@@ -295,23 +299,24 @@ sys::Status changeDatabasePassword(const std::string& name, const Password& oldP
   if (written) written = transaction.value().commit();
   if (!written) return written;
   PasswordCache::instance().forget(identity);
-  PasswordCache::instance().keep(identity, parameters.salt, newPassword, passwordKey.value());
+  PasswordCache::instance().keep(identity, parameters.salt, newPassword.bytes(),
+                                 passwordKey.value());
   return sys::success();
 }
 
-sys::Status stashDatabasePassword(const std::string& name, sys::ByteView password) {
-  sys::Result<Unlocked> unlocked = unlock(name, sys::SecretBytes(password.begin(), password.end()));
+sys::Status stashDatabasePassword(const sys::FileName& name, const sys::Password& password) {
+  sys::Result<Unlocked> unlocked = unlock(name.path(), password);
   if (!unlocked) return unlocked.failure();
   const Parameters& parameters = unlocked.value().file.parameters;
   sys::Status valid = checkNotExpired(parameters.expiresAt);
   if (!valid) return valid;
-  return writeStash(name, parameters.salt, password);
+  return writeStash(name.path(), parameters.salt, password.bytes());
 }
 
-sys::Result<bool> needsPassword(const std::string& name) {
-  sys::Result<Locked> locked = readLocked(name);
+sys::Result<bool> needsPassword(const sys::FileName& name) {
+  sys::Result<Locked> locked = readLocked(name.path());
   if (!locked) return locked.failure();
-  return !readStash(name, locked.value().parameters.salt);
+  return !readStash(name.path(), locked.value().parameters.salt);
 }
 
 }  // namespace zel::km

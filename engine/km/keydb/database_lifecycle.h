@@ -5,16 +5,16 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <string>
 
 #include "engine/km/store/store.h"
-#include "engine/sys/bytes.h"
+#include "engine/sys/file_name.h"
+#include "engine/sys/password.h"
 #include "engine/sys/result.h"
 
 /**
  * @file
- * Key database files: made, opened, given new passwords. Names and passwords are real UTF-8; a
- * missing password means that of the stash file (stash.h tells its codes).
+ * Key database files: made, opened, given new passwords. A missing password means that of the stash
+ * file (stash.h tells its codes).
  *
  * Whatever reads a file may answer:
  *  - ZELKM_ERR_KEYDB_NOT_EXIST (101), ZELKM_ERR_FILE_OPEN_NOT_ALLOWED (90)
@@ -28,7 +28,7 @@
 namespace zel::km {
 
 /** A password, or none for that of the stash file. */
-using Password = std::optional<sys::SecretBytes>;
+using PasswordOrStash = std::optional<sys::Password>;
 
 /** What a new key database is to be. */
 struct NewDatabase {
@@ -43,23 +43,23 @@ struct NewDatabase {
  *  - ZELKM_ERR_DATABASE_ALREADY_EXISTS (9): the file, or the journal of one that is gone.
  *  - ZELKM_ERR_DATABASE_CREATE (8)
  */
-sys::Result<std::unique_ptr<Store>> createKeyDatabase(const std::string& name,
-                                                      sys::ByteView password,
+sys::Result<std::unique_ptr<Store>> createKeyDatabase(const sys::FileName& name,
+                                                      const sys::Password& password,
                                                       const NewDatabase& settings);
 
 /** ZELKM_ERR_PASSWORD_EXPIRATION_TIME (70) when the right password's lifetime has passed. */
-sys::Result<std::unique_ptr<Store>> openKeyDatabase(const std::string& name,
-                                                    const Password& password);
+sys::Result<std::unique_ptr<Store>> openKeyDatabase(const sys::FileName& name,
+                                                    const PasswordOrStash& password);
 
 /** Works with a password whose lifetime has passed. */
-sys::Status changeDatabasePassword(const std::string& name, const Password& oldPassword,
-                                   sys::ByteView newPassword, std::int64_t lifetime);
+sys::Status changeDatabasePassword(const sys::FileName& name, const PasswordOrStash& oldPassword,
+                                   const sys::Password& newPassword, std::int64_t lifetime);
 
 /** Writes the stash file of a database that the password opens. */
-sys::Status stashDatabasePassword(const std::string& name, sys::ByteView password);
+sys::Status stashDatabasePassword(const sys::FileName& name, const sys::Password& password);
 
 /** False when a stash file stands beside the database that opens it. */
-sys::Result<bool> needsPassword(const std::string& name);
+sys::Result<bool> needsPassword(const sys::FileName& name);
 
 }  // namespace zel::km
 

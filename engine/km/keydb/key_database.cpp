@@ -12,21 +12,14 @@ namespace zel::km {
 
 namespace {
 
-sys::Failure noSuchLabel(const std::string& label) {
+sys::Failure noSuchLabel(const Label& label) {
   return sys::fail(ZELKM_ERR_KEY_GET_BY_LABEL, "nothing has the label \"%s\"", label.c_str());
-}
-
-sys::Status checkLabel(const std::string& label) {
-  if (label.empty() || label.size() > kLongestLabel) {
-    return sys::fail(ZELKM_ERR_PARAMETER, "a label of %zu bytes", label.size());
-  }
-  return sys::success();
 }
 
 KeyEntry keyEntry(Record record, const Directory& directory) {
   KeyEntry entry;
   entry.isDefault = record.id == directory.defaultKey;
-  entry.label = std::move(record.label);
+  entry.label = Label::kept(std::move(record.label));
   entry.certificate = std::move(record.document);
   entry.privateKey.pkcs8 = std::move(record.privateKey);
   entry.trusted = record.trusted;
@@ -35,24 +28,22 @@ KeyEntry keyEntry(Record record, const Directory& directory) {
 
 RequestEntry requestEntry(Record record) {
   RequestEntry entry;
-  entry.label = std::move(record.label);
+  entry.label = Label::kept(std::move(record.label));
   entry.request = std::move(record.document);
   entry.privateKey.pkcs8 = std::move(record.privateKey);
   return entry;
 }
 
-sys::Result<Record> recordOf(const std::string& label, const sys::Bytes& document,
+sys::Result<Record> recordOf(const Label& label, const sys::Bytes& document,
                              const PrivateKey& privateKey, sys::Result<Subject> subject,
                              bool approvedOnly) {
-  sys::Status labelled = checkLabel(label);
-  if (!labelled) return labelled.failure();
   if (!subject) return subject.failure();
   if (approvedOnly) {
     sys::Status approved = checkApproved(subject.value().publicKey);
     if (!approved) return approved.failure();
   }
   Record record;
-  record.label = label;
+  record.label = label.text();
   record.lookup = subject.value().lookup;
   record.document = document;
   record.privateKey = privateKey.pkcs8;
@@ -71,8 +62,8 @@ sys::Result<Record> recordOf(const RequestEntry& entry, bool approvedOnly) {
                   approvedOnly);
 }
 
-sys::Result<Record> withLabel(Records& records, Table table, const std::string& label) {
-  sys::Result<std::vector<Record>> found = records.find(table, byLabel(label));
+sys::Result<Record> withLabel(Records& records, Table table, const Label& label) {
+  sys::Result<std::vector<Record>> found = records.find(table, byLabel(label.text()));
   if (!found) return found.failure();
   if (found.value().empty()) return noSuchLabel(label);
   return std::move(found.value().front());
@@ -80,21 +71,19 @@ sys::Result<Record> withLabel(Records& records, Table table, const std::string& 
 
 }  // namespace
 
-sys::Result<std::vector<std::string>> KeyDatabase::keyLabels() { return labels(Table::keys); }
+sys::Result<std::vector<Label>> KeyDatabase::keyLabels() { return labels(Table::keys); }
 
-sys::Result<std::vector<std::string>> KeyDatabase::requestLabels() {
-  return labels(Table::requests);
-}
+sys::Result<std::vector<Label>> KeyDatabase::requestLabels() { return labels(Table::requests); }
 
-sys::Result<KeyEntry> KeyDatabase::findKey(const std::string& label) {
-  sys::Result<std::vector<KeyEntry>> found = findKeys(byLabel(label));
+sys::Result<KeyEntry> KeyDatabase::findKey(const Label& label) {
+  sys::Result<std::vector<KeyEntry>> found = findKeys(byLabel(label.text()));
   if (!found) return found.failure();
   if (found.value().empty()) return noSuchLabel(label);
   return std::move(found.value().front());
 }
 
-sys::Result<RequestEntry> KeyDatabase::findRequest(const std::string& label) {
-  sys::Result<std::vector<RequestEntry>> found = findRequests(byLabel(label));
+sys::Result<RequestEntry> KeyDatabase::findRequest(const Label& label) {
+  sys::Result<std::vector<RequestEntry>> found = findRequests(byLabel(label.text()));
   if (!found) return found.failure();
   if (found.value().empty()) return noSuchLabel(label);
   return std::move(found.value().front());
@@ -178,15 +167,13 @@ sys::Status KeyDatabase::replaceRequest(const RequestEntry& entry) {
   });
 }
 
-sys::Status KeyDatabase::removeKey(const std::string& label) {
-  return removeRecord(Table::keys, label);
-}
+sys::Status KeyDatabase::removeKey(const Label& label) { return removeRecord(Table::keys, label); }
 
-sys::Status KeyDatabase::removeRequest(const std::string& label) {
+sys::Status KeyDatabase::removeRequest(const Label& label) {
   return removeRecord(Table::requests, label);
 }
 
-sys::Status KeyDatabase::setDefault(const std::string& label) {
+sys::Status KeyDatabase::setDefault(const Label& label) {
   return writing([&](Connection&, Records& records) -> sys::Status {
     sys::Result<Record> record = withLabel(records, Table::keys, label);
     if (!record) return record.failure();
@@ -194,7 +181,7 @@ sys::Status KeyDatabase::setDefault(const std::string& label) {
   });
 }
 
-sys::Status KeyDatabase::setTrusted(const std::string& label, bool trusted) {
+sys::Status KeyDatabase::setTrusted(const Label& label, bool trusted) {
   return writing([&](Connection&, Records& records) -> sys::Status {
     sys::Result<Record> record = withLabel(records, Table::keys, label);
     if (!record) return record.failure();
@@ -273,12 +260,13 @@ sys::Status KeyDatabase::transact(Transaction::Kind kind,
   return transaction.value().commit();
 }
 
-sys::Result<std::vector<std::string>> KeyDatabase::labels(Table table) {
-  std::vector<std::string> all;
+sys::Result<std::vector<Label>> KeyDatabase::labels(Table table) {
+  std::vector<Label> all;
   sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
     sys::Result<std::vector<std::string>> labels = records.labels(table);
     if (!labels) return labels.failure();
-    all = std::move(labels.value());
+    all.reserve(labels.value().size());
+    for (std::string& label : labels.value()) all.push_back(Label::kept(std::move(label)));
     return sys::success();
   });
   if (!read) return read.failure();
@@ -313,7 +301,7 @@ sys::Result<std::vector<RequestEntry>> KeyDatabase::findRequests(const Condition
   return entries;
 }
 
-sys::Status KeyDatabase::removeRecord(Table table, const std::string& label) {
+sys::Status KeyDatabase::removeRecord(Table table, const Label& label) {
   return writing([&](Connection&, Records& records) -> sys::Status {
     sys::Result<Record> record = withLabel(records, table, label);
     if (!record) return record.failure();

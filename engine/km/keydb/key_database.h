@@ -16,11 +16,11 @@ class KeyDatabase final : public Store {
  public:
   explicit KeyDatabase(std::shared_ptr<const DatabaseFile> file) : file_(std::move(file)) {}
 
-  sys::Result<std::vector<std::string>> keyLabels() override;
-  sys::Result<std::vector<std::string>> requestLabels() override;
+  sys::Result<std::vector<Label>> keyLabels() override;
+  sys::Result<std::vector<Label>> requestLabels() override;
 
-  sys::Result<KeyEntry> findKey(const std::string& label) override;
-  sys::Result<RequestEntry> findRequest(const std::string& label) override;
+  sys::Result<KeyEntry> findKey(const Label& label) override;
+  sys::Result<RequestEntry> findRequest(const Label& label) override;
   sys::Result<KeyEntry> defaultKey() override;
   sys::Result<std::vector<KeyEntry>> findKeysByPublicKey(sys::ByteView publicKey) override;
   sys::Result<std::vector<RequestEntry>> findRequestsByPublicKey(sys::ByteView publicKey) override;
@@ -30,10 +30,10 @@ class KeyDatabase final : public Store {
   sys::Status insertRequest(const RequestEntry& entry) override;
   sys::Status replaceKey(const KeyEntry& entry) override;
   sys::Status replaceRequest(const RequestEntry& entry) override;
-  sys::Status removeKey(const std::string& label) override;
-  sys::Status removeRequest(const std::string& label) override;
-  sys::Status setDefault(const std::string& label) override;
-  sys::Status setTrusted(const std::string& label, bool trusted) override;
+  sys::Status removeKey(const Label& label) override;
+  sys::Status removeRequest(const Label& label) override;
+  sys::Status setDefault(const Label& label) override;
+  sys::Status setTrusted(const Label& label, bool trusted) override;
   sys::Status inTransaction(const std::function<sys::Status()>& body) override;
   sys::Status inSnapshot(const std::function<sys::Status()>& body) override;
 
@@ -51,10 +51,10 @@ class KeyDatabase final : public Store {
   sys::Status transact(Transaction::Kind kind,
                        const std::function<sys::Status(Connection&, Records&)>& body);
 
-  sys::Result<std::vector<std::string>> labels(Table table);
+  sys::Result<std::vector<Label>> labels(Table table);
   sys::Result<std::vector<KeyEntry>> findKeys(const Condition& condition);
   sys::Result<std::vector<RequestEntry>> findRequests(const Condition& condition);
-  sys::Status removeRecord(Table table, const std::string& label);
+  sys::Status removeRecord(Table table, const Label& label);
 
   std::shared_ptr<const DatabaseFile> file_;
   Connection* inUse_ = nullptr; /**< while a transaction is under way */

@@ -21,16 +21,16 @@ bool isKeyDatabase(const std::string& name) {
 
 }  // namespace
 
-sys::Status checkIsNoKeyDatabase(const std::string& name) {
-  if (!isKeyDatabase(name)) return sys::success();
+sys::Status checkIsNoKeyDatabase(const sys::FileName& name) {
+  if (!isKeyDatabase(name.path())) return sys::success();
   return sys::fail(ZELKM_ERR_DATABASE_ALREADY_EXISTS, "%s is a key database, and is left alone",
-                   name.c_str());
+                   name.path().c_str());
 }
 
-sys::Status writeOutput(const std::string& name, sys::ByteView bytes, sys::FileAccess access) {
+sys::Status writeOutput(const sys::FileName& name, sys::ByteView bytes, sys::FileAccess access) {
   sys::Status free = checkIsNoKeyDatabase(name);
   if (!free) return free;
-  return sys::writeFile(name, bytes, access);
+  return sys::writeFile(name.path(), bytes, access);
 }
 
 }  // namespace zel::km

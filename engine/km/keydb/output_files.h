@@ -1,9 +1,8 @@
 #ifndef ZEL_KM_KEYDB_OUTPUT_FILES_H_
 #define ZEL_KM_KEYDB_OUTPUT_FILES_H_
 
-#include <string>
-
 #include "engine/sys/bytes.h"
+#include "engine/sys/file_name.h"
 #include "engine/sys/files.h"
 #include "engine/sys/result.h"
 
@@ -16,10 +15,10 @@
 namespace zel::km {
 
 /** ZELKM_ERR_DATABASE_ALREADY_EXISTS (9) when the name is that of a key database. */
-sys::Status checkIsNoKeyDatabase(const std::string& name);
+sys::Status checkIsNoKeyDatabase(const sys::FileName& name);
 
 /** sys::writeFile, and its codes, after checkIsNoKeyDatabase. */
-sys::Status writeOutput(const std::string& name, sys::ByteView bytes, sys::FileAccess access);
+sys::Status writeOutput(const sys::FileName& name, sys::ByteView bytes, sys::FileAccess access);
 
 }  // namespace zel::km
 

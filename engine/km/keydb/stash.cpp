@@ -51,7 +51,8 @@ sys::Status writeStash(const std::string& databaseName, sys::ByteView salt,
   sys::Status sealed =
       sealInto(std::span(file).subspan(kMagic.size()), key.value(), sys::bytesOf(kMagic), password);
   if (!sealed) return sealed;
-  return writeOutput(stashNameOf(databaseName), file, sys::FileAccess::ownerOnly);
+  return writeOutput(sys::FileName::derived(stashNameOf(databaseName)), file,
+                     sys::FileAccess::ownerOnly);
 }
 
 sys::Result<sys::SecretBytes> readStash(const std::string& databaseName, sys::ByteView salt) {

@@ -2,18 +2,17 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/km/store/numbered_labels.h"
-#include "engine/sys/modified_utf8.h"
 
 namespace zel::km {
 
-sys::Result<std::string> labelForCertificate(sys::ByteView certificate) {
+sys::Result<Label> labelForCertificate(sys::ByteView certificate) {
   const sys::Result<cms::CertificateFields> fields = cms::readCertificate(certificate);
   if (!fields) return fields.failure();
   const cms::NameFields& subject = fields.value().subject;
   for (const auto& text : {subject.cn, subject.ou, subject.o}) {
-    if (text && !text->empty()) return sys::toModifiedUtf8(*text);
+    if (text && !text->empty()) return Label::ofName(*text);
   }
-  return std::string("certificate");
+  return Label::ofName("certificate");
 }
 
 std::string nameOfUnlabelled(sys::ByteView certificate) {
@@ -22,18 +21,18 @@ std::string nameOfUnlabelled(sys::ByteView certificate) {
   return cms::thumbprint(certificate);
 }
 
-sys::Result<std::string> wantedLabel(const std::string& name, sys::ByteView certificate) {
-  return name.empty() ? labelForCertificate(certificate) : sys::toModifiedUtf8(name);
+sys::Result<Label> wantedLabel(const std::string& name, sys::ByteView certificate) {
+  if (name.empty()) return labelForCertificate(certificate);
+  return Label::ofName(name);
 }
 
-sys::Result<std::string> freeKeyLabel(Store& store, const std::string& wanted) {
-  std::string label = boundedLabel(wanted);
-  const sys::Result<KeyEntry> holder = store.findKey(label);
-  if (holder.code() == ZELKM_ERR_KEY_GET_BY_LABEL) return label;
+sys::Result<Label> freeKeyLabel(Store& store, const Label& wanted) {
+  const sys::Result<KeyEntry> holder = store.findKey(wanted);
+  if (holder.code() == ZELKM_ERR_KEY_GET_BY_LABEL) return wanted;
   if (!holder) return holder.failure();
-  sys::Result<std::vector<std::string>> labels = store.keyLabels();
+  sys::Result<std::vector<Label>> labels = store.keyLabels();
   if (!labels) return labels.failure();
-  labels.value().push_back(std::move(label));
+  labels.value().push_back(wanted);
   return numberedLabels(std::move(labels).value()).back();
 }
 

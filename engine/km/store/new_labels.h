@@ -18,17 +18,17 @@ namespace zel::km {
  * A label for a certificate that has no name: its subject's common name, else its organizational
  * unit or organization, else "certificate".
  */
-sys::Result<std::string> labelForCertificate(sys::ByteView certificate);
+sys::Result<Label> labelForCertificate(sys::ByteView certificate);
 
 /** The name of a certificate that nobody labelled, in real UTF-8: common name, else thumbprint. */
 std::string nameOfUnlabelled(sys::ByteView certificate);
 
 /** The label that a named certificate wants: its name (real UTF-8), else one made from its subject.
  */
-sys::Result<std::string> wantedLabel(const std::string& name, sys::ByteView certificate);
+sys::Result<Label> wantedLabel(const std::string& name, sys::ByteView certificate);
 
-/** The label, cut to what a label may be, and numbered when a key of the store has it. */
-sys::Result<std::string> freeKeyLabel(Store& store, const std::string& wanted);
+/** The label, numbered when a key of the store has it. */
+sys::Result<Label> freeKeyLabel(Store& store, const Label& wanted);
 
 }  // namespace zel::km
 

@@ -1,9 +1,10 @@
 #ifndef ZEL_KM_STORE_NUMBERED_LABELS_H_
 #define ZEL_KM_STORE_NUMBERED_LABELS_H_
 
-#include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
+
+#include "engine/km/store/label.h"
 
 /**
  * @file
@@ -19,23 +20,17 @@ namespace zel::km {
  * numberedLabels tells equal labels apart by numbers from 2 on, in the order given. A number that
  * would make a label that is there already is passed over.
  */
-std::vector<std::string> numberedLabels(std::vector<std::string> labels);
+std::vector<Label> numberedLabels(std::vector<Label> labels);
 
-/** labelsOfNames makes labels of names in real UTF-8: modified UTF-8, bounded, numbered. */
-std::vector<std::string> labelsOfNames(const std::vector<std::string>& names);
-
-/** makeLabels does so in place, for entries whose label is a name so far. */
+/** numberLabels does so with the labels of entries. */
 template <typename Entry>
-void makeLabels(std::vector<Entry>& entries) {
-  std::vector<std::string> names;
-  names.reserve(entries.size());
-  for (const Entry& entry : entries) names.push_back(entry.label);
-  const std::vector<std::string> labels = labelsOfNames(names);
-  for (std::size_t at = 0; at < entries.size(); ++at) entries[at].label = labels[at];
+void numberLabels(std::vector<Entry>& entries) {
+  std::vector<Label> labels;
+  labels.reserve(entries.size());
+  for (Entry& entry : entries) labels.push_back(std::move(entry.label));
+  labels = numberedLabels(std::move(labels));
+  for (std::size_t at = 0; at < entries.size(); ++at) entries[at].label = std::move(labels[at]);
 }
-
-/** boundedLabel cuts a label that is longer than labels may be, between two characters. */
-std::string boundedLabel(std::string_view label);
 
 }  // namespace zel::km
 

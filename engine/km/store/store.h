@@ -2,10 +2,10 @@
 #define ZEL_KM_STORE_STORE_H_
 
 #include <functional>
-#include <string>
 #include <vector>
 
 #include "engine/cms/signing.h"
+#include "engine/km/store/label.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -21,7 +21,7 @@
  *     }
  *
  * Conventions:
- *  1. Labels are modified UTF-8 of 1 to 511 bytes; a key and a request may carry the same one.
+ *  1. A key and a request may carry the same label.
  *     Certificates, requests and public keys are DER.
  *  2. A changing call is all or nothing, and so is a run of them inside inTransaction.
  *  3. A store is used by one thread at a time: onStore sees to it.
@@ -30,9 +30,6 @@
  */
 
 namespace zel::km {
-
-/** The longest label in bytes, its terminator not counted. */
-inline constexpr std::size_t kLongestLabel = 511;
 
 /** A PrivateKey is its PKCS #8 bytes, or the name under which a store keeps it to itself. */
 struct PrivateKey {
@@ -44,16 +41,22 @@ struct PrivateKey {
 
 /** A KeyEntry is a certificate, with its private key when the store has it. */
 struct KeyEntry {
-  std::string label;
+  Label label;
   sys::Bytes certificate;
   PrivateKey privateKey;
   bool trusted = false;
   bool isDefault = false;
 };
 
+/** A certificate with the label under which it is known. */
+struct LabelledCertificate {
+  Label label;
+  sys::Bytes certificate;
+};
+
 /** A RequestEntry is a key pair that waits for its certificate. */
 struct RequestEntry {
-  std::string label;
+  Label label;
   sys::Bytes request; /**< CertificationRequest (PKCS #10) */
   PrivateKey privateKey;
 };
@@ -74,13 +77,13 @@ class Store {
   virtual ~Store() = default;
 
   /** The labels in the order in which their entries came. A tampered store is found out here. */
-  virtual sys::Result<std::vector<std::string>> keyLabels() = 0;
-  virtual sys::Result<std::vector<std::string>> requestLabels() = 0;
+  virtual sys::Result<std::vector<Label>> keyLabels() = 0;
+  virtual sys::Result<std::vector<Label>> requestLabels() = 0;
 
   /** ZELKM_ERR_KEY_GET_BY_LABEL (117) when there is none. */
-  virtual sys::Result<KeyEntry> findKey(const std::string& label) = 0;
+  virtual sys::Result<KeyEntry> findKey(const Label& label) = 0;
   /** ZELKM_ERR_KEY_GET_BY_LABEL (117) when there is none. */
-  virtual sys::Result<RequestEntry> findRequest(const std::string& label) = 0;
+  virtual sys::Result<RequestEntry> findRequest(const Label& label) = 0;
   /** ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL (110) when no entry is the default. */
   virtual sys::Result<KeyEntry> defaultKey() = 0;
 
@@ -103,10 +106,10 @@ class Store {
   virtual sys::Status replaceKey(const KeyEntry& entry) = 0;
   virtual sys::Status replaceRequest(const RequestEntry& entry) = 0;
   /** ZELKM_ERR_KEY_GET_BY_LABEL (117) when there is none. */
-  virtual sys::Status removeKey(const std::string& label) = 0;
-  virtual sys::Status removeRequest(const std::string& label) = 0;
-  virtual sys::Status setDefault(const std::string& label) = 0;
-  virtual sys::Status setTrusted(const std::string& label, bool trusted) = 0;
+  virtual sys::Status removeKey(const Label& label) = 0;
+  virtual sys::Status removeRequest(const Label& label) = 0;
+  virtual sys::Status setDefault(const Label& label) = 0;
+  virtual sys::Status setTrusted(const Label& label, bool trusted) = 0;
 
   /**
    * Runs several changes as one: all of them stay when the body answers success, none when it

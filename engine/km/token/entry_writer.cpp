@@ -10,7 +10,6 @@
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/key_pairs.h"
 #include "engine/km/token/public_keys.h"
-#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
@@ -65,8 +64,7 @@ bool EntryWriter::claimNew(CK_OBJECT_HANDLE privateKey) {
 }
 
 sys::Status EntryWriter::writeCertificate(const KeyEntry& entry) {
-  sys::Result<std::string> label = sys::toUtf8(entry.label);
-  if (!label) return label.failure();
+  const std::string label = entry.label.name();
   sys::Result<CertificateParts> parts = readCertificateParts(entry.certificate);
   if (!parts) return parts.failure();
   sys::Result<std::optional<KeyObjects>> key = keyFor(entry.privateKey, parts.value().publicKey);
@@ -74,7 +72,7 @@ sys::Status EntryWriter::writeCertificate(const KeyEntry& entry) {
   sys::Bytes id;
   if (key.value()) {
     sys::Status claimed =
-        claim(*key.value(), label.value(), parts.value().publicKey, parts.value().subject);
+        claim(*key.value(), label, parts.value().publicKey, parts.value().subject);
     if (!claimed) return claimed;
     id = key.value()->id;
   } else {
@@ -83,26 +81,25 @@ sys::Status EntryWriter::writeCertificate(const KeyEntry& entry) {
     id = std::move(made).value();
   }
   const CertificateMarks marks{.trusted = entry.trusted, .hasPrivateKey = key.value().has_value()};
-  return createCertificateObject(changes_, parts.value(), label.value(), id, marks);
+  return createCertificateObject(changes_, parts.value(), label, id, marks);
 }
 
 sys::Status EntryWriter::writeRequest(const RequestEntry& entry) {
-  sys::Result<std::string> label = sys::toUtf8(entry.label);
-  if (!label) return label.failure();
+  const std::string label = entry.label.name();
   sys::Result<cms::RequestFields> fields = cms::readRequest(entry.request);
   if (!fields) return fields.failure();
   const sys::Bytes& publicKey = fields.value().publicKeyInfo;
   sys::Result<std::optional<KeyObjects>> key = keyFor(entry.privateKey, publicKey);
   if (!key) return key.failure();
   if (key.value()) {
-    sys::Status claimed = claim(*key.value(), label.value(), publicKey, fields.value().subjectDer);
+    sys::Status claimed = claim(*key.value(), label, publicKey, fields.value().subjectDer);
     if (!claimed) return claimed;
   }
   Template data;
   data.addNumber(CKA_CLASS, CKO_DATA)
       .addFlag(CKA_TOKEN, true)
       .addFlag(CKA_PRIVATE, true)
-      .addText(CKA_LABEL, label.value())
+      .addText(CKA_LABEL, label)
       .addText(CKA_APPLICATION, "PKCS #10 certification request")
       .addBytes(CKA_VALUE, entry.request);
   CK_OBJECT_HANDLE made = CK_INVALID_HANDLE;

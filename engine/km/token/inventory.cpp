@@ -29,19 +29,19 @@ bool fitsType(CK_ULONG keyType, sys::ByteView publicKeyInfo) {
 }
 
 /** A certificate's label, or what comes closest to one. */
-std::string labelOf(const CertificateObject& certificate, const PrivateKeyObject* key) {
+std::string nameOf(const CertificateObject& certificate, const PrivateKeyObject* key) {
   if (!certificate.label.empty()) return certificate.label;
   if (key != nullptr && !key->label.empty()) return key->label;
   return nameOfUnlabelled(certificate.der);
 }
 
-std::string labelOf(const PrivateKeyObject& key) {
+std::string nameOf(const PrivateKeyObject& key) {
   if (!key.label.empty()) return key.label;
   return key.id.empty() ? "key" : sys::hexadecimal(key.id);
 }
 
 template <typename Entry>
-const Entry* withLabel(const std::vector<Entry>& entries, std::string_view label) {
+const Entry* withLabel(const std::vector<Entry>& entries, const Label& label) {
   auto found = std::ranges::find(entries, label, &Entry::label);
   return found == entries.end() ? nullptr : &*found;
 }
@@ -83,25 +83,25 @@ void Inventory::completePublicKeys() {
 void Inventory::enterCertificates() {
   for (const CertificateObject& certificate : objects_.certificates) {
     const PrivateKeyObject* key = keyOf(certificate);
-    certificates_.push_back({labelOf(certificate, key), &certificate, key});
+    certificates_.push_back({Label::ofName(nameOf(certificate, key)), &certificate, key});
   }
   std::ranges::sort(certificates_, [](const auto& left, const auto& right) {
     return std::tie(left.label, left.certificate->publicKey, left.certificate->der) <
            std::tie(right.label, right.certificate->publicKey, right.certificate->der);
   });
-  makeLabels(certificates_);
+  numberLabels(certificates_);
 }
 
 void Inventory::enterRequests(const Handles& unclaimed) {
   for (const RequestObject& request : objects_.requests) {
     const PrivateKeyObject* key = privateKeyOf(request.publicKey);
-    std::string label = request.label;
-    if (label.empty()) label = key == nullptr ? "request" : labelOf(*key);
-    requests_.push_back({std::move(label), &request, key});
+    std::string name = request.label;
+    if (name.empty()) name = key == nullptr ? "request" : nameOf(*key);
+    requests_.push_back({Label::ofName(name), &request, key});
   }
   for (const PrivateKeyObject& key : objects_.privateKeys) {
     if (unclaimed.contains(key.handle) || isCertified(key) || isRequested(key)) continue;
-    requests_.push_back({labelOf(key), nullptr, &key});
+    requests_.push_back({Label::ofName(nameOf(key)), nullptr, &key});
   }
   const auto precedes = [](const PendingEntry& left, const PendingEntry& right) {
     if (left.label != right.label) return left.label < right.label;
@@ -114,7 +114,7 @@ void Inventory::enterRequests(const Handles& unclaimed) {
     return tieBreaker(left) < tieBreaker(right);
   };
   std::ranges::sort(requests_, precedes);
-  makeLabels(requests_);
+  numberLabels(requests_);
 }
 
 /**
@@ -164,11 +164,11 @@ std::vector<const PublicKeyObject*> Inventory::publicKeysOf(const PrivateKeyObje
   return found;
 }
 
-const CertificateEntry* Inventory::certificate(std::string_view label) const {
+const CertificateEntry* Inventory::certificate(const Label& label) const {
   return withLabel(certificates_, label);
 }
 
-const PendingEntry* Inventory::request(std::string_view label) const {
+const PendingEntry* Inventory::request(const Label& label) const {
   return withLabel(requests_, label);
 }
 

@@ -1,10 +1,9 @@
 #ifndef ZEL_KM_TOKEN_INVENTORY_H_
 #define ZEL_KM_TOKEN_INVENTORY_H_
 
-#include <string>
-#include <string_view>
 #include <vector>
 
+#include "engine/km/store/label.h"
 #include "engine/km/token/token_objects.h"
 
 /**
@@ -27,13 +26,13 @@
 namespace zel::km::token {
 
 struct CertificateEntry {
-  std::string label; /**< modified UTF-8; never empty, and unlike all others */
+  Label label; /**< unlike all others */
   const CertificateObject* certificate = nullptr;
   const PrivateKeyObject* privateKey = nullptr; /**< null for a signer certificate */
 };
 
 struct PendingEntry {
-  std::string label;
+  Label label;
   const RequestObject* request = nullptr;       /**< null when it has to be made again */
   const PrivateKeyObject* privateKey = nullptr; /**< null when the token does not have it */
 
@@ -60,8 +59,8 @@ class Inventory {
   const std::vector<PendingEntry>& requests() const { return requests_; }
 
   /** Null when there is none. */
-  const CertificateEntry* certificate(std::string_view label) const;
-  const PendingEntry* request(std::string_view label) const;
+  const CertificateEntry* certificate(const Label& label) const;
+  const PendingEntry* request(const Label& label) const;
   const PrivateKeyObject* privateKey(CK_OBJECT_HANDLE handle) const;
   const PrivateKeyObject* privateKeyOf(sys::ByteView publicKey) const;
 

@@ -50,11 +50,11 @@ std::optional<Token> readToken(const Module& module, CK_SLOT_ID slot) {
   }
   if ((info.flags & CKF_TOKEN_INITIALIZED) == 0) return std::nullopt;
   Token token{.slot = slot,
-              .label = sys::toModifiedUtf8(unpadded(info.label)),
+              .label = Label::ofName(unpadded(info.label)),
               .serialNumber = sys::toModifiedUtf8(unpadded(info.serialNumber)),
               .flags = info.flags,
               .shortestPin = info.ulMinPinLen};
-  if (token.label.empty()) token.label = token.serialNumber;
+  if (token.label.empty()) token.label = Label::kept(token.serialNumber);
   return token;
 }
 
@@ -71,11 +71,7 @@ sys::Result<std::vector<Token>> listTokens(const Module& module) {
   std::sort(tokens.begin(), tokens.end(), [](const Token& left, const Token& right) {
     return std::tie(left.label, left.serialNumber) < std::tie(right.label, right.serialNumber);
   });
-  std::vector<std::string> labels;
-  labels.reserve(tokens.size());
-  for (const Token& token : tokens) labels.push_back(token.label);
-  labels = numberedLabels(std::move(labels));
-  for (std::size_t at = 0; at < tokens.size(); ++at) tokens[at].label = labels[at];
+  numberLabels(tokens);
   return tokens;
 }
 

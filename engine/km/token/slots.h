@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "engine/km/store/label.h"
 #include "engine/sys/result.h"
 
 /**
@@ -22,7 +23,7 @@ class Module;
 /** A Token is known by its label, numbered where several tokens of a module have the same one. */
 struct Token {
   CK_SLOT_ID slot = 0;
-  std::string label; /**< modified UTF-8, without the padding */
+  Label label; /**< modified UTF-8, without the padding */
   std::string serialNumber;
   CK_FLAGS flags = 0;
   CK_ULONG shortestPin = 0;

@@ -26,14 +26,14 @@ sys::Result<FoundToken> locateToken(const char* moduleName, const char* tokenLab
 
 }  // namespace
 
-sys::Result<std::vector<std::string>> listTokenLabels(const char* moduleName) {
+sys::Result<std::vector<Label>> listTokenLabels(const char* moduleName) {
   const CallTurn turn;
   if (moduleName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
   sys::Result<std::shared_ptr<Module>> module = Module::open(moduleName);
   if (!module) return module.failure();
   sys::Result<std::vector<Token>> tokens = listTokens(*module.value());
   if (!tokens) return tokens.failure();
-  std::vector<std::string> labels;
+  std::vector<Label> labels;
   labels.reserve(tokens.value().size());
   for (Token& token : tokens.value()) labels.push_back(std::move(token.label));
   return labels;

@@ -17,7 +17,7 @@
 namespace zel::km::token {
 
 /** The labels of the module's tokens; none is an empty answer. */
-sys::Result<std::vector<std::string>> listTokenLabels(const char* moduleName);
+sys::Result<std::vector<Label>> listTokenLabels(const char* moduleName);
 
 /** True when opening the token takes a password. */
 sys::Result<bool> isPinRequired(const char* moduleName, const char* tokenLabel);

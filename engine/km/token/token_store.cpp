@@ -30,7 +30,7 @@ KeyEntry keyEntry(const CertificateEntry& entry) {
           .isDefault = false};
 }
 
-sys::Failure noSuchLabel(const std::string& label) {
+sys::Failure noSuchLabel(const Label& label) {
   return sys::fail(ZELKM_ERR_KEY_GET_BY_LABEL, "the token has no \"%s\"", label.c_str());
 }
 
@@ -39,8 +39,8 @@ sys::Failure noDefaultKey() {
 }
 
 template <typename Entry>
-std::vector<std::string> labelsOf(const std::vector<Entry>& entries) {
-  std::vector<std::string> labels;
+std::vector<Label> labelsOf(const std::vector<Entry>& entries) {
+  std::vector<Label> labels;
   labels.reserve(entries.size());
   for (const Entry& entry : entries) labels.push_back(entry.label);
   return labels;
@@ -50,7 +50,7 @@ std::vector<std::string> labelsOf(const std::vector<Entry>& entries) {
 sys::Result<sys::Bytes> requestedSubject(const PendingEntry& pending) {
   if (!pending.privateKey->subject.empty()) return pending.privateKey->subject;
   cms::NameFields fields;
-  fields.cn = pending.privateKey->label.empty() ? pending.label : pending.privateKey->label;
+  fields.cn = pending.privateKey->label.empty() ? pending.label.name() : pending.privateKey->label;
   return cms::encodeName(fields);
 }
 
@@ -68,19 +68,19 @@ TokenStore::TokenStore(std::unique_ptr<Session> session)
 
 TokenStore::~TokenStore() { writer_.dropUnclaimed(); }
 
-sys::Result<std::vector<std::string>> TokenStore::keyLabels() {
+sys::Result<std::vector<Label>> TokenStore::keyLabels() {
   sys::Result<Inventory> all = inventory();
   if (!all) return all.failure();
   return labelsOf(all.value().certificates());
 }
 
-sys::Result<std::vector<std::string>> TokenStore::requestLabels() {
+sys::Result<std::vector<Label>> TokenStore::requestLabels() {
   sys::Result<Inventory> all = inventory();
   if (!all) return all.failure();
   return labelsOf(all.value().requests());
 }
 
-sys::Result<KeyEntry> TokenStore::findKey(const std::string& label) {
+sys::Result<KeyEntry> TokenStore::findKey(const Label& label) {
   sys::Result<Inventory> all = inventory();
   if (!all) return all.failure();
   const CertificateEntry* found = all.value().certificate(label);
@@ -88,7 +88,7 @@ sys::Result<KeyEntry> TokenStore::findKey(const std::string& label) {
   return keyEntry(*found);
 }
 
-sys::Result<RequestEntry> TokenStore::findRequest(const std::string& label) {
+sys::Result<RequestEntry> TokenStore::findRequest(const Label& label) {
   sys::Result<Inventory> all = inventory();
   if (!all) return all.failure();
   const PendingEntry* found = all.value().request(label);
@@ -219,7 +219,7 @@ sys::Status TokenStore::replaceRequest(const RequestEntry& entry) {
   });
 }
 
-sys::Status TokenStore::removeKey(const std::string& label) {
+sys::Status TokenStore::removeKey(const Label& label) {
   return inTransaction([&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
@@ -229,7 +229,7 @@ sys::Status TokenStore::removeKey(const std::string& label) {
   });
 }
 
-sys::Status TokenStore::removeRequest(const std::string& label) {
+sys::Status TokenStore::removeRequest(const Label& label) {
   return inTransaction([&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
@@ -239,9 +239,9 @@ sys::Status TokenStore::removeRequest(const std::string& label) {
   });
 }
 
-sys::Status TokenStore::setDefault(const std::string& /*label*/) { return noDefaultKey(); }
+sys::Status TokenStore::setDefault(const Label& /*label*/) { return noDefaultKey(); }
 
-sys::Status TokenStore::setTrusted(const std::string& label, bool trusted) {
+sys::Status TokenStore::setTrusted(const Label& label, bool trusted) {
   return inTransaction([&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();

@@ -43,10 +43,10 @@ class TokenStore final : public Store {
   /** ZELKM_ERR_NO_SECONDARY_KEYDB (136) when none is lent. */
   sys::Status unsetSecondary();
 
-  sys::Result<std::vector<std::string>> keyLabels() override;
-  sys::Result<std::vector<std::string>> requestLabels() override;
-  sys::Result<KeyEntry> findKey(const std::string& label) override;
-  sys::Result<RequestEntry> findRequest(const std::string& label) override;
+  sys::Result<std::vector<Label>> keyLabels() override;
+  sys::Result<std::vector<Label>> requestLabels() override;
+  sys::Result<KeyEntry> findKey(const Label& label) override;
+  sys::Result<RequestEntry> findRequest(const Label& label) override;
   sys::Result<KeyEntry> defaultKey() override;
   sys::Result<std::vector<KeyEntry>> findKeysByPublicKey(sys::ByteView publicKey) override;
   sys::Result<std::vector<RequestEntry>> findRequestsByPublicKey(sys::ByteView publicKey) override;
@@ -56,10 +56,10 @@ class TokenStore final : public Store {
   sys::Status insertRequest(const RequestEntry& entry) override;
   sys::Status replaceKey(const KeyEntry& entry) override;
   sys::Status replaceRequest(const RequestEntry& entry) override;
-  sys::Status removeKey(const std::string& label) override;
-  sys::Status removeRequest(const std::string& label) override;
-  sys::Status setDefault(const std::string& label) override;
-  sys::Status setTrusted(const std::string& label, bool trusted) override;
+  sys::Status removeKey(const Label& label) override;
+  sys::Status removeRequest(const Label& label) override;
+  sys::Status setDefault(const Label& label) override;
+  sys::Status setTrusted(const Label& label, bool trusted) override;
   sys::Status inTransaction(const std::function<sys::Status()>& body) override;
   sys::Status onSignerStore(const std::function<sys::Status(Store&)>& body) override;
 

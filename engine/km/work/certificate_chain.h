@@ -3,7 +3,6 @@
 
 #include <vector>
 
-#include "engine/km/face/item_certificates.h"
 #include "engine/km/store/store.h"
 #include "engine/sys/result.h"
 

@@ -1,20 +1,19 @@
 #include "engine/km/work/certificate_files.h"
 
 #include "engine/cms/pem.h"
-#include "engine/km/face/arguments.h"
 #include "engine/km/keydb/output_files.h"
+#include "engine/sys/file_name.h"
+#include "engine/sys/password.h"
 
 namespace zel::km {
 
 namespace {
 
-sys::Status writePublicFile(const char* fileName, sys::ByteView content) {
-  const sys::Result<std::string> name = fileNameArgument(fileName);
-  if (!name) return name.failure();
-  return writeOutput(name.value(), content, sys::FileAccess::everybody);
+sys::Status writePublicFile(const sys::FileName& fileName, sys::ByteView content) {
+  return writeOutput(fileName, content, sys::FileAccess::everybody);
 }
 
-sys::Status writePemFile(const char* fileName, const char* armour, sys::ByteView der) {
+sys::Status writePemFile(const sys::FileName& fileName, const char* armour, sys::ByteView der) {
   const sys::Result<sys::Bytes> pem = cms::encodePem(armour, der);
   if (!pem) return pem.failure();
   return writePublicFile(fileName, pem.value());
@@ -22,13 +21,13 @@ sys::Status writePemFile(const char* fileName, const char* armour, sys::ByteView
 
 }  // namespace
 
-sys::Status writeCertificateFile(const char* fileName, sys::ByteView certificate,
+sys::Status writeCertificateFile(const sys::FileName& fileName, sys::ByteView certificate,
                                  CertificateFormat format) {
   if (format == CertificateFormat::der) return writePublicFile(fileName, certificate);
   return writePemFile(fileName, cms::kCertificateArmour, certificate);
 }
 
-sys::Status writeRequestFile(const char* fileName, sys::ByteView request) {
+sys::Status writeRequestFile(const sys::FileName& fileName, sys::ByteView request) {
   return writePemFile(fileName, cms::kRequestArmour, request);
 }
 

@@ -2,6 +2,7 @@
 #define ZEL_KM_WORK_CERTIFICATE_FILES_H_
 
 #include "engine/sys/bytes.h"
+#include "engine/sys/file_name.h"
 #include "engine/sys/result.h"
 
 /**
@@ -20,13 +21,13 @@ inline CertificateFormat formatOfFlag(unsigned char isBase64) {
 
 /**
  * writeCertificateFile writes a certificate, DER or in PEM armour, in the place of the file that
- * has the name (modified UTF-8). The codes of fileNameArgument and writeOutput.
+ * has the name. The codes of writeOutput.
  */
-sys::Status writeCertificateFile(const char* fileName, sys::ByteView certificate,
+sys::Status writeCertificateFile(const sys::FileName& fileName, sys::ByteView certificate,
                                  CertificateFormat format);
 
 /** writeRequestFile writes a certification request in PEM armour. The codes as above. */
-sys::Status writeRequestFile(const char* fileName, sys::ByteView request);
+sys::Status writeRequestFile(const sys::FileName& fileName, sys::ByteView request);
 
 }  // namespace zel::km
 

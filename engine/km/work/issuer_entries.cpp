@@ -13,9 +13,9 @@ sys::Status addIfNew(Store& home, const sys::Bytes& certificate) {
   const sys::Result<bool> isThere = hasCertificate(home, certificate);
   if (!isThere) return isThere.failure();
   if (isThere.value()) return sys::success();
-  const sys::Result<std::string> wanted = labelForCertificate(certificate);
+  const sys::Result<Label> wanted = labelForCertificate(certificate);
   if (!wanted) return wanted.failure();
-  const sys::Result<std::string> label = freeKeyLabel(home, wanted.value());
+  const sys::Result<Label> label = freeKeyLabel(home, wanted.value());
   if (!label) return label.failure();
   KeyEntry entry;
   entry.label = label.value();

@@ -6,6 +6,7 @@
 
 #include "engine/km/certstore/certificate_store.h"
 #include "tests/engine/certstore/test_stores.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km::certstore {
 namespace {
@@ -17,7 +18,7 @@ using testing::IsEmpty;
 class StoreChanges : public StoreTest {
  protected:
   static KeyEntry entry(const char* label, const cms::TestAuthority& owner) {
-    return {.label = label,
+    return {.label = Label::ofName(label),
             .certificate = owner.certificate(),
             .privateKey = {.pkcs8 = privateKeyOf(owner), .reference = {}},
             .trusted = false,
@@ -32,7 +33,7 @@ class StoreChanges : public StoreTest {
 TEST_F(StoreChanges, StayWhenAllSucceed) {
   ASSERT_TRUE(store_->insertKey(entry("web", owner_)));
   const sys::Status done = store_->inTransaction([&]() -> sys::Status {
-    EXPECT_TRUE(store_->removeKey("web"));
+    EXPECT_TRUE(store_->removeKey("web"_label));
     EXPECT_THAT(store_->keyLabels().value(), IsEmpty());
     EXPECT_TRUE(store_->insertKey(entry("mail", other_)));
     return sys::success();
@@ -46,7 +47,7 @@ TEST_F(StoreChanges, AreAllTakenBackWhenOneFails) {
   ASSERT_TRUE(store_->insertKey(entry("web", owner_)));
   const std::vector<std::string> before = files();
   const sys::Status done = store_->inTransaction([&]() -> sys::Status {
-    EXPECT_TRUE(store_->removeKey("web"));
+    EXPECT_TRUE(store_->removeKey("web"_label));
     EXPECT_TRUE(store_->insertKey(entry("mail", other_)));
     return store_->insertKey(entry("mail", cms::TestAuthority("Third")));
   });
@@ -74,7 +75,7 @@ TEST_F(StoreChanges, OfAnEntryKeepItsPlace) {
   withoutKey.privateKey = {};
   ASSERT_TRUE(store_->replaceKey(withoutKey));
   EXPECT_THAT(store_->keyLabels().value(), ElementsAre("web", "mail"));
-  EXPECT_FALSE(store_->findKey("web").value().privateKey.present());
+  EXPECT_FALSE(store_->findKey("web"_label).value().privateKey.present());
   ASSERT_TRUE(store_->replaceKey(entry("web", cms::TestAuthority("Third"))));
   EXPECT_THAT(store_->keyLabels().value(), ElementsAre("web", "mail"));
   EXPECT_EQ(files().size(), 2U);
@@ -86,17 +87,17 @@ TEST_F(StoreChanges, OfAnEntryAreTakenBackToo) {
   withoutKey.privateKey = {};
   const sys::Status done = store_->inTransaction([&]() -> sys::Status {
     EXPECT_TRUE(store_->replaceKey(withoutKey));
-    EXPECT_FALSE(store_->findKey("web").value().privateKey.present());
+    EXPECT_FALSE(store_->findKey("web"_label).value().privateKey.present());
     return sys::Failure{ZELKM_ERR_UNKNOWN};
   });
   EXPECT_EQ(done.code(), ZELKM_ERR_UNKNOWN);
-  EXPECT_EQ(store_->findKey("web").value().privateKey.pkcs8, privateKeyOf(owner_));
+  EXPECT_EQ(store_->findKey("web"_label).value().privateKey.pkcs8, privateKeyOf(owner_));
 }
 
 TEST_F(StoreChanges, LeaveNoDraftBehind) {
   ASSERT_TRUE(store_->insertKey(entry("web", owner_)));
   ASSERT_TRUE(store_->replaceKey(entry("web", other_)));
-  ASSERT_TRUE(store_->removeKey("web"));
+  ASSERT_TRUE(store_->removeKey("web"_label));
   EXPECT_THAT(files(), IsEmpty());
 }
 

@@ -10,18 +10,19 @@
 #include <vector>
 
 #include "tests/engine/km/filled_database.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km {
 namespace {
 
 /** What a reader learns from a database. */
 struct Seen {
-  std::vector<std::string> keys;
-  std::vector<std::string> requests;
+  std::vector<Label> keys;
+  std::vector<Label> requests;
   sys::Bytes one;
   sys::SecretBytes oneKey;
   bool oneTrusted = false;
-  std::string defaultLabel;
+  Label defaultLabel;
   std::size_t withTwosKey = 0;
 
   bool operator==(const Seen&) const = default;
@@ -41,16 +42,15 @@ class DamageTest : public FilledDatabaseTest {
 
   /** The first failure, or what there is to be seen. */
   sys::Result<Seen> look() const {
-    const sys::ByteView password = sys::bytesOf(kPassword);
     sys::Result<std::unique_ptr<Store>> store =
-        openKeyDatabase(file_, sys::SecretBytes(password.begin(), password.end()));
+        openKeyDatabase(fileName(file_), password(kPassword));
     if (!store) return store.failure();
     Seen seen;
-    sys::Result<std::vector<std::string>> keys = store.value()->keyLabels();
+    sys::Result<std::vector<Label>> keys = store.value()->keyLabels();
     if (!keys) return keys.failure();
-    sys::Result<std::vector<std::string>> requests = store.value()->requestLabels();
+    sys::Result<std::vector<Label>> requests = store.value()->requestLabels();
     if (!requests) return requests.failure();
-    sys::Result<KeyEntry> one = store.value()->findKey("one");
+    sys::Result<KeyEntry> one = store.value()->findKey("one"_label);
     if (!one) return one.failure();
     sys::Result<KeyEntry> byDefault = store.value()->defaultKey();
     if (!byDefault) return byDefault.failure();
@@ -144,10 +144,9 @@ TEST_F(DamageTest, WritesNothingIntoADamagedFile) {
     sys::Bytes bad = good_;
     bad[at] ^= 0x40U;
     put(bad);
-    const sys::ByteView password = sys::bytesOf(kPassword);
     sys::Result<std::unique_ptr<Store>> store =
-        openKeyDatabase(file_, sys::SecretBytes(password.begin(), password.end()));
-    const bool written = store && store.value()->setTrusted("one", true);
+        openKeyDatabase(fileName(file_), password(kPassword));
+    const bool written = store && store.value()->setTrusted("one"_label, true);
     if (!written) {
       ASSERT_EQ(present(), bad) << at;
       continue;
@@ -160,14 +159,14 @@ TEST_F(DamageTest, WritesNothingIntoADamagedFile) {
 TEST_F(DamageTest, TakesNoTroubleOfOpenSslForDamage) {
   const std::unique_ptr<Store> store = open();
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
-  ASSERT_TRUE(store->findRequest("one")) << "examined from here on";
+  ASSERT_TRUE(store->findRequest("one"_label)) << "examined from here on";
   ASSERT_EQ(EVP_set_default_properties(nullptr, "provider=none"), 1);
-  const int codeOfRecord = store->findRequest("one").code();
+  const int codeOfRecord = store->findRequest("one"_label).code();
   const int codeOfDirectory = store->keyLabels().code();
   ASSERT_EQ(EVP_set_default_properties(nullptr, ""), 1);
   EXPECT_EQ(codeOfRecord, ZELKM_ERR_CRYPTO);
   EXPECT_EQ(codeOfDirectory, ZELKM_ERR_CRYPTO);
-  EXPECT_TRUE(store->findRequest("one"));
+  EXPECT_TRUE(store->findRequest("one"_label));
 }
 
 TEST_F(DamageTest, NoticesDamageUnderAnOpenHandle) {

@@ -6,21 +6,19 @@
 #include <thread>
 
 #include "engine/cms/openssl_ptr.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km {
 
 namespace {
 
-Password passwordOf(const char* text) {
-  const sys::ByteView bytes = sys::bytesOf(text);
-  return sys::SecretBytes(bytes.begin(), bytes.end());
-}
+PasswordOrStash passwordOf(const char* text) { return password(text); }
 
 }  // namespace
 
 KeyEntry entryOf(const std::string& label, const cms::TestAuthority& authority) {
   KeyEntry entry;
-  entry.label = label;
+  entry.label = Label::ofName(label);
   entry.certificate = authority.certificate();
   entry.privateKey.pkcs8 = cms::privateKeyInfo(authority.key()).value();
   return entry;
@@ -34,14 +32,14 @@ RequestEntry requestOf(const std::string& label, const cms::TestAuthority& autho
   X509_REQ_set_pubkey(request.get(), &key);
   X509_REQ_sign(request.get(), &key, EVP_sha256());
   RequestEntry entry;
-  entry.label = label;
+  entry.label = Label::ofName(label);
   entry.request = cms::encodeDer(i2d_X509_REQ, request.get());
   entry.privateKey.pkcs8 = cms::privateKeyInfo(key).value();
   return entry;
 }
 
 FilledDatabaseTest::FilledDatabaseTest() {
-  store_ = createKeyDatabase(file_, sys::bytesOf(kPassword), {}).value();
+  store_ = createKeyDatabase(fileName(file_), password(kPassword), {}).value();
   KeyEntry first = entryOf("one", one_);
   first.isDefault = true;
   KeyEntry second = entryOf("two", two_);
@@ -52,15 +50,16 @@ FilledDatabaseTest::FilledDatabaseTest() {
 }
 
 std::unique_ptr<Store> FilledDatabaseTest::open() const {
-  return openKeyDatabase(file_, passwordOf(kPassword)).value();
+  return openKeyDatabase(fileName(file_), passwordOf(kPassword)).value();
 }
 
 int FilledDatabaseTest::openingCode() const {
-  return openKeyDatabase(file_, passwordOf(kPassword)).code();
+  return openKeyDatabase(fileName(file_), passwordOf(kPassword)).code();
 }
 
 int FilledDatabaseTest::listingCode() const {
-  sys::Result<std::unique_ptr<Store>> store = openKeyDatabase(file_, passwordOf(kPassword));
+  sys::Result<std::unique_ptr<Store>> store =
+      openKeyDatabase(fileName(file_), passwordOf(kPassword));
   if (!store) return store.code();
   const int code = store.value()->keyLabels().code();
   return code != ZELKM_OK ? code : store.value()->requestLabels().code();

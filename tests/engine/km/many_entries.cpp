@@ -28,8 +28,8 @@ sys::Status insertEntries(Store& store, int count) {
   return store.inTransaction([&]() -> sys::Status {
     for (int number = 0; number < count; ++number) {
       KeyEntry entry;
-      entry.label = labelOfEntry(number);
-      entry.certificate = authority.issueFor(publicKeyOfEntry(number), entry.label);
+      entry.label = Label::ofName(labelOfEntry(number));
+      entry.certificate = authority.issueFor(publicKeyOfEntry(number), entry.label.text());
       sys::Status inserted = store.insertKey(entry);
       if (!inserted) return inserted;
     }

@@ -6,6 +6,7 @@
 #include "tests/engine/cms/tools.h"
 #include "tests/engine/km/heap.h"
 #include "tests/engine/km/key_database.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km {
 namespace {
@@ -19,7 +20,7 @@ class ManyEntriesTest : public testing::Test {
   /** The most memory that a listing of so many entries needs at a time. */
   std::size_t listingOf(int count) {
     const std::string file = folder_.path(std::to_string(count) + ".kdb");
-    const auto store = createKeyDatabase(file, sys::bytesOf(kPassword), {}).value();
+    const auto store = createKeyDatabase(fileName(file), password(kPassword), {}).value();
     EXPECT_TRUE(insertEntries(*store, count));
     EXPECT_EQ(store->keyLabels().value().size(), static_cast<std::size_t>(count));
     return heap::peakOf([&] { (void)store->keyLabels(); });

@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "tests/engine/km/filled_database.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km {
 namespace {
@@ -48,7 +49,7 @@ TEST_F(RecordsTamperingTest, NoticesARecordPutBackAsItOnceWas) {
   tamper("ATTACH '" + path("kept") +
          "' AS other; CREATE TABLE other.kept AS SELECT * FROM kept;"
          "DROP TABLE kept");
-  ASSERT_TRUE(open()->setTrusted("two", false));
+  ASSERT_TRUE(open()->setTrusted("two"_label, false));
   ASSERT_EQ(listingCode(), ZELKM_OK);
   tamper("ATTACH '" + path("kept") +
          "' AS other;"
@@ -58,7 +59,7 @@ TEST_F(RecordsTamperingTest, NoticesARecordPutBackAsItOnceWas) {
 
 TEST_F(RecordsTamperingTest, NoticesARemovedRecordPutBack) {
   tamper("ATTACH '" + path("kept") + "' AS other; CREATE TABLE other.kept AS SELECT * FROM keys");
-  ASSERT_TRUE(open()->removeKey("two"));
+  ASSERT_TRUE(open()->removeKey("two"_label));
   tamper("ATTACH '" + path("kept") +
          "' AS other;"
          "INSERT INTO main.keys SELECT * FROM other.kept WHERE label = 'two'");
@@ -69,7 +70,7 @@ TEST_F(RecordsTamperingTest, NoticesAnOlderDirectory) {
   tamper("ATTACH '" + path("kept") +
          "' AS other;"
          "CREATE TABLE other.kept AS SELECT * FROM directory");
-  ASSERT_TRUE(open()->removeKey("two"));
+  ASSERT_TRUE(open()->removeKey("two"_label));
   tamper("ATTACH '" + path("kept") +
          "' AS other;"
          "REPLACE INTO main.directory SELECT * FROM other.kept");

@@ -7,6 +7,7 @@
 #include "engine/cms/requests.h"
 #include "engine/km/token/public_keys.h"
 #include "engine/km/token/token_access.h"
+#include "tests/engine/stores/labels.h"
 #include "tests/engine/token/token_store_test.h"
 
 // Entries: certificates with and without keys, and requests.
@@ -21,13 +22,13 @@ using testing::UnorderedElementsAre;
 
 class TokenEntries : public TokenStoreTest {
  protected:
-  std::vector<std::string> keys() { return store().keyLabels().value(); }
-  std::vector<std::string> requests() { return store().requestLabels().value(); }
+  std::vector<Label> keys() { return store().keyLabels().value(); }
+  std::vector<Label> requests() { return store().requestLabels().value(); }
 
   RequestEntry newRequest(const std::string& entryLabel) {
     GeneratedKey key = newKey();
     sys::Bytes request = requestFor(key, "www.example.com");
-    return {.label = entryLabel,
+    return {.label = Label::ofName(entryLabel),
             .request = std::move(request),
             .privateKey = std::move(key.privateKey)};
   }
@@ -43,18 +44,18 @@ TEST_P(TokenEntries, aRequestBecomesAnEntryWithItsCertificate) {
   const sys::Bytes publicKey = cms::readRequest(made.request).value().publicKeyInfo;
   const std::vector<RequestEntry> pending = store().findRequestsByPublicKey(publicKey).value();
   ASSERT_EQ(pending.size(), 1U);
-  const KeyEntry received{.label = "web",
+  const KeyEntry received{.label = "web"_label,
                           .certificate = certificateFor(publicKey, "www.example.com"),
                           .privateKey = pending.front().privateKey};
   const sys::Status done = store().inTransaction([&]() -> sys::Status {
-    sys::Status removed = store().removeRequest("web");
+    sys::Status removed = store().removeRequest("web"_label);
     return removed ? store().insertKey(received) : removed;
   });
   ASSERT_EQ(done.code(), ZELKM_OK);
   reopen();
   EXPECT_THAT(requests(), IsEmpty());
   EXPECT_THAT(keys(), ElementsAre("web"));
-  const KeyEntry found = store().findKey("web").value();
+  const KeyEntry found = store().findKey("web"_label).value();
   EXPECT_EQ(found.certificate, received.certificate);
   EXPECT_TRUE(signs(found.privateKey, publicKey));
 }
@@ -80,7 +81,7 @@ TEST_P(TokenEntries, whatBelongsTogetherHasOneIdAndOneLabel) {
 TEST_P(TokenEntries, aRequestIsKeptOrMadeAgain) {
   const RequestEntry made = newRequest("web");
   ASSERT_EQ(store().insertRequest(made).code(), ZELKM_OK);
-  const RequestEntry found = store().findRequest("web").value();
+  const RequestEntry found = store().findRequest("web"_label).value();
   EXPECT_TRUE(found.privateKey.present());
   EXPECT_EQ(cms::verifyRequest(found.request).code(), ZELKM_OK);
   if (GetParam() == Vendor::softHsm) {
@@ -97,7 +98,7 @@ TEST_P(TokenEntries, aRequestIsBroughtInWithItsKey) {
   const cms::TestAuthority other("Elsewhere");
   const cms::RequestPlan plan{.subject = other.name(),
                               .publicKeyInfo = cms::publicKeyInfo(other.key()).value()};
-  RequestEntry entry{.label = "elsewhere", .request = {}, .privateKey = {}};
+  RequestEntry entry{.label = "elsewhere"_label, .request = {}, .privateKey = {}};
   entry.request = cms::buildRequest(plan, cms::describeKey(other.key()), cms::kByKeyStrength,
                                     [&](SigningDigest digest, sys::ByteView message) {
                                       return cms::signMessage(other.key(), digest, message);
@@ -107,7 +108,7 @@ TEST_P(TokenEntries, aRequestIsBroughtInWithItsKey) {
   ASSERT_EQ(store().insertRequest(entry).code(), ZELKM_OK);
   reopen();
   EXPECT_THAT(requests(), ElementsAre("elsewhere"));
-  const RequestEntry found = store().findRequest("elsewhere").value();
+  const RequestEntry found = store().findRequest("elsewhere"_label).value();
   EXPECT_TRUE(signs(found.privateKey, plan.publicKeyInfo));
   EXPECT_EQ(cms::readRequest(found.request).value().info,
             cms::readRequest(entry.request).value().info);
@@ -115,7 +116,7 @@ TEST_P(TokenEntries, aRequestIsBroughtInWithItsKey) {
 
 TEST_P(TokenEntries, aRequestIsReplaced) {
   ASSERT_EQ(store().insertRequest(newRequest("web")).code(), ZELKM_OK);
-  RequestEntry entry = store().findRequest("web").value();
+  RequestEntry entry = store().findRequest("web"_label).value();
   entry.request = cms::signRequestAgain(entry.request, cms::kSha512,
                                         [&](SigningDigest digest, sys::ByteView message) {
                                           return store().sign(entry.privateKey, digest, message);
@@ -123,7 +124,7 @@ TEST_P(TokenEntries, aRequestIsReplaced) {
                       .value();
   ASSERT_EQ(store().replaceRequest(entry).code(), ZELKM_OK);
   EXPECT_THAT(requests(), ElementsAre("web"));
-  const RequestEntry found = store().findRequest("web").value();
+  const RequestEntry found = store().findRequest("web"_label).value();
   EXPECT_EQ(cms::verifyRequest(found.request).code(), ZELKM_OK);
   if (GetParam() == Vendor::softHsm) {
     EXPECT_EQ(found.request, entry.request);
@@ -133,10 +134,10 @@ TEST_P(TokenEntries, aRequestIsReplaced) {
 TEST_P(TokenEntries, removingARequestRemovesItsKey) {
   const std::size_t before = objectCount();
   ASSERT_EQ(store().insertRequest(newRequest("web")).code(), ZELKM_OK);
-  ASSERT_EQ(store().removeRequest("web").code(), ZELKM_OK);
+  ASSERT_EQ(store().removeRequest("web"_label).code(), ZELKM_OK);
   EXPECT_THAT(requests(), IsEmpty());
   EXPECT_EQ(objectCount(), before);
-  EXPECT_EQ(store().removeRequest("web").code(), ZELKM_ERR_KEY_GET_BY_LABEL);
+  EXPECT_EQ(store().removeRequest("web"_label).code(), ZELKM_ERR_KEY_GET_BY_LABEL);
 }
 
 TEST_P(TokenEntries, removingAnEntryRemovesItsKey) {
@@ -144,29 +145,29 @@ TEST_P(TokenEntries, removingAnEntryRemovesItsKey) {
   ASSERT_EQ(store().insertKey(newEntry("web")).code(), ZELKM_OK);
   ASSERT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
   EXPECT_THAT(keys(), ElementsAre("ca", "web"));
-  ASSERT_EQ(store().removeKey("web").code(), ZELKM_OK);
+  ASSERT_EQ(store().removeKey("web"_label).code(), ZELKM_OK);
   EXPECT_THAT(keys(), ElementsAre("ca"));
   EXPECT_EQ(objectCount(), before + 1);
-  EXPECT_EQ(store().removeKey("web").code(), ZELKM_ERR_KEY_GET_BY_LABEL);
+  EXPECT_EQ(store().removeKey("web"_label).code(), ZELKM_ERR_KEY_GET_BY_LABEL);
 }
 
 TEST_P(TokenEntries, aKeyThatTwoCertificatesShareStaysWithTheSecond) {
   const KeyEntry first = newEntry("first");
   const sys::Bytes publicKey = publicKeyOf(first.certificate);
   ASSERT_EQ(store().insertKey(first).code(), ZELKM_OK);
-  const KeyEntry second{.label = "second",
+  const KeyEntry second{.label = "second"_label,
                         .certificate = certificateFor(publicKey, "www.example.com", 20),
                         .privateKey = {}};
   ASSERT_EQ(store().insertKey(second).code(), ZELKM_OK);
   EXPECT_EQ(store().findKeysByPublicKey(publicKey).value().size(), 2U);
-  ASSERT_EQ(store().removeKey("first").code(), ZELKM_OK);
-  const KeyEntry found = store().findKey("second").value();
+  ASSERT_EQ(store().removeKey("first"_label).code(), ZELKM_OK);
+  const KeyEntry found = store().findKey("second"_label).value();
   EXPECT_TRUE(signs(found.privateKey, publicKey));
 }
 
 TEST_P(TokenEntries, aSignerCertificateHasNoKey) {
   ASSERT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
-  const KeyEntry found = store().findKey("ca").value();
+  const KeyEntry found = store().findKey("ca"_label).value();
   EXPECT_EQ(found.certificate, authority_.certificate());
   EXPECT_FALSE(found.privateKey.present());
 }
@@ -176,10 +177,10 @@ TEST_P(TokenEntries, trustIsKeptOnTheToken) {
   entry.trusted = true;
   ASSERT_EQ(store().insertKey(entry).code(), ZELKM_OK);
   reopen();
-  EXPECT_TRUE(store().findKey("ca").value().trusted);
-  ASSERT_EQ(store().setTrusted("ca", false).code(), ZELKM_OK);
+  EXPECT_TRUE(store().findKey("ca"_label).value().trusted);
+  ASSERT_EQ(store().setTrusted("ca"_label, false).code(), ZELKM_OK);
   reopen();
-  EXPECT_FALSE(store().findKey("ca").value().trusted);
+  EXPECT_FALSE(store().findKey("ca"_label).value().trusted);
   EXPECT_THAT(keys(), ElementsAre("ca"));
 }
 
@@ -188,11 +189,11 @@ TEST_P(TokenEntries, aCertificateIsReplacedByItsRenewal) {
   const sys::Bytes publicKey = publicKeyOf(entry.certificate);
   ASSERT_EQ(store().insertKey(entry).code(), ZELKM_OK);
   const std::size_t before = objectCount();
-  KeyEntry renewed = store().findKey("web").value();
+  KeyEntry renewed = store().findKey("web"_label).value();
   renewed.certificate = certificateFor(publicKey, "www.example.com", 30);
   ASSERT_EQ(store().replaceKey(renewed).code(), ZELKM_OK);
   EXPECT_THAT(keys(), ElementsAre("web"));
-  const KeyEntry found = store().findKey("web").value();
+  const KeyEntry found = store().findKey("web"_label).value();
   EXPECT_EQ(found.certificate, renewed.certificate);
   EXPECT_TRUE(signs(found.privateKey, publicKey));
   EXPECT_EQ(objectCount(), before);
@@ -219,7 +220,7 @@ TEST_P(TokenEntries, aLabelIsGivenOnce) {
 
 TEST_P(TokenEntries, thereIsNoDefaultKey) {
   EXPECT_EQ(store().defaultKey().code(), ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL);
-  EXPECT_EQ(store().setDefault("web").code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
+  EXPECT_EQ(store().setDefault("web"_label).code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
   KeyEntry entry = signerEntry("ca");
   entry.isDefault = true;
   EXPECT_EQ(store().insertKey(entry).code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
@@ -234,8 +235,8 @@ TEST_P(TokenEntries, whatATransactionDidIsTakenBackWhenItFails) {
   const sys::Status done = store().inTransaction([&]() -> sys::Status {
     EXPECT_EQ(store().insertRequest(lost).code(), ZELKM_OK);
     EXPECT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
-    EXPECT_EQ(store().removeKey("stays").code(), ZELKM_OK);
-    EXPECT_EQ(store().removeRequest("waits").code(), ZELKM_OK);
+    EXPECT_EQ(store().removeKey("stays"_label).code(), ZELKM_OK);
+    EXPECT_EQ(store().removeRequest("waits"_label).code(), ZELKM_OK);
     EXPECT_THAT(keys(), ElementsAre("ca"));
     EXPECT_THAT(requests(), ElementsAre("lost"));
     return sys::Failure{ZELKM_ERR_FILE_OPEN_TO_WRITE};
@@ -245,8 +246,8 @@ TEST_P(TokenEntries, whatATransactionDidIsTakenBackWhenItFails) {
   EXPECT_EQ(objectCount(), before);
   EXPECT_THAT(keys(), ElementsAre("stays"));
   EXPECT_THAT(requests(), ElementsAre("waits"));
-  EXPECT_TRUE(store().findKey("stays").value().privateKey.present());
-  EXPECT_TRUE(store().findRequest("waits").value().privateKey.present());
+  EXPECT_TRUE(store().findKey("stays"_label).value().privateKey.present());
+  EXPECT_TRUE(store().findRequest("waits"_label).value().privateKey.present());
 }
 
 TEST_P(TokenEntries, whatATransactionDidIsTakenBackWhenItThrows) {

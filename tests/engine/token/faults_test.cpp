@@ -4,6 +4,7 @@
 #include <map>
 
 #include "engine/cms/keys.h"
+#include "tests/engine/stores/labels.h"
 #include "tests/engine/token/hooks.h"
 #include "tests/engine/token/token_store_test.h"
 
@@ -110,7 +111,7 @@ TEST_P(TokenFaults, objectsThatCannotBeReadOrMadeAreTold) {
   const Hooks hooks([](const std::string& function) -> CK_RV {
     return function == "C_DestroyObject" ? CKR_SESSION_READ_ONLY : CKR_OK;
   });
-  EXPECT_EQ(store().removeKey("ca").code(), ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED);
+  EXPECT_EQ(store().removeKey("ca"_label).code(), ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED);
   EXPECT_THAT(store().keyLabels().value(), ElementsAre("ca"));
 }
 
@@ -131,15 +132,15 @@ TEST_P(TokenFaults, aTokenPulledOutAtAnyCallIsAnError) {
     Store& token = *opened.value();
     sys::Result<GeneratedKey> key = token.generateKey(256);
     if (!key) return key.code();
-    const KeyEntry entry{.label = "web",
+    const KeyEntry entry{.label = "web"_label,
                          .certificate = certificateFor(key.value().publicKey, "web"),
                          .privateKey = key.value().privateKey};
     if (sys::Status done = token.insertKey(entry); !done) return done.code();
-    if (auto found = token.findKey("web"); !found) return found.code();
+    if (auto found = token.findKey("web"_label); !found) return found.code();
     if (auto made = token.sign(entry.privateKey, SigningDigest::sha256, {}); !made) {
       return made.code();
     }
-    return token.removeKey("web").code();
+    return token.removeKey("web"_label).code();
   };
   int calls = 0;
   {
@@ -159,7 +160,7 @@ TEST_P(TokenFaults, aTokenPulledOutAtAnyCallIsAnError) {
 
 TEST_P(TokenFaults, anInsertionThatFailsAtAnyCallLeavesTheTokenAsItWas) {
   const cms::TestAuthority other("Imported");
-  KeyEntry entry{.label = "imported", .certificate = other.certificate(), .privateKey = {}};
+  KeyEntry entry{.label = "imported"_label, .certificate = other.certificate(), .privateKey = {}};
   entry.privateKey.pkcs8 = cms::privateKeyInfo(other.key()).value();
   ASSERT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
   const std::size_t before = objectCount();
@@ -181,8 +182,8 @@ TEST_P(TokenFaults, anInsertionThatFailsAtAnyCallLeavesTheTokenAsItWas) {
     }
     SCOPED_TRACE("call " + std::to_string(failing) + ", " + failed);
     if (status) {  // the last time, or a call that need not succeed
-      EXPECT_EQ(store().keyLabels().value(), (std::vector<std::string>{"ca", "imported"}));
-      ASSERT_EQ(store().removeKey("imported").code(), ZELKM_OK);
+      EXPECT_EQ(store().keyLabels().value(), (std::vector<Label>{"ca"_label, "imported"_label}));
+      ASSERT_EQ(store().removeKey("imported"_label).code(), ZELKM_OK);
     } else {
       ++failures;
       EXPECT_EQ(status.code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_FUNCTION_FAILED);

@@ -6,6 +6,7 @@
 #include "engine/cms/openssl_ptr.h"
 #include "engine/cms/requests.h"
 #include "engine/km/token/public_keys.h"
+#include "tests/engine/stores/labels.h"
 #include "tests/engine/token/token_store_test.h"
 
 // What other programs put on a token is seen and used here, and the other way round.
@@ -27,8 +28,8 @@ constexpr const char* kSmiley = "\xF0\x9F\x98\x80";
 
 class ForeignObjects : public TokenStoreTest {
  protected:
-  std::vector<std::string> keys() { return store().keyLabels().value(); }
-  std::vector<std::string> requests() { return store().requestLabels().value(); }
+  std::vector<Label> keys() { return store().keyLabels().value(); }
+  std::vector<Label> requests() { return store().requestLabels().value(); }
 };
 
 class ForeignSoftHsmObjects : public ForeignObjects {
@@ -65,16 +66,16 @@ class ForeignSoftHsmObjects : public ForeignObjects {
 
   /** Gives the pending key a certificate, and tells whether they work together. */
   bool becomesAnEntry(const std::string& pendingLabel, const std::string& entryLabel) {
-    const sys::Result<RequestEntry> pending = store().findRequest(pendingLabel);
+    const sys::Result<RequestEntry> pending = store().findRequest(Label::ofName(pendingLabel));
     EXPECT_EQ(pending.code(), ZELKM_OK);
     if (!pending) return false;
     EXPECT_EQ(cms::verifyRequest(pending.value().request).code(), ZELKM_OK);
     const sys::Bytes publicKey = cms::readRequest(pending.value().request).value().publicKeyInfo;
-    const KeyEntry entry{.label = entryLabel,
+    const KeyEntry entry{.label = Label::ofName(entryLabel),
                          .certificate = certificateFor(publicKey, entryLabel),
                          .privateKey = pending.value().privateKey};
     EXPECT_EQ(store().insertKey(entry).code(), ZELKM_OK);
-    const sys::Result<KeyEntry> found = store().findKey(entryLabel);
+    const sys::Result<KeyEntry> found = store().findKey(Label::ofName(entryLabel));
     return found && signs(found.value().privateKey, publicKey);
   }
 };
@@ -85,7 +86,7 @@ TEST_P(ForeignSoftHsmObjects, toolsListAndUseWhatWasWrittenHere) {
   ASSERT_EQ(store().insertKey(entry).code(), ZELKM_OK);
   ASSERT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
   GeneratedKey waiting = newKey();
-  const RequestEntry request{.label = "waits",
+  const RequestEntry request{.label = "waits"_label,
                              .request = requestFor(waiting, "www.example.com"),
                              .privateKey = std::move(waiting.privateKey)};
   ASSERT_EQ(store().insertRequest(request).code(), ZELKM_OK);
@@ -144,9 +145,9 @@ TEST_P(ForeignSoftHsmObjects, certificatesWithOneLabelAreNumberedAlikeEveryTime)
     pkcs11Tool("--write-object " + path("twin.der") + " --type cert --label twin");
     certificates.push_back(other.certificate());
   }
-  const std::vector<std::string> names = {"twin", "twin (2)", "twin (3)"};
+  const std::vector<Label> names = {"twin"_label, "twin (2)"_label, "twin (3)"_label};
   std::vector<sys::Bytes> found;
-  for (const std::string& name : names) found.push_back(store().findKey(name).value().certificate);
+  for (const Label& name : names) found.push_back(store().findKey(name).value().certificate);
   EXPECT_THAT(found, testing::UnorderedElementsAreArray(certificates));
   for (int time = 0; time < 3; ++time) {
     reopen();
@@ -155,10 +156,10 @@ TEST_P(ForeignSoftHsmObjects, certificatesWithOneLabelAreNumberedAlikeEveryTime)
       EXPECT_EQ(store().findKey(names[at]).value().certificate, found[at]);
     }
   }
-  ASSERT_EQ(store().removeKey("twin (2)").code(), ZELKM_OK);
+  ASSERT_EQ(store().removeKey("twin (2)"_label).code(), ZELKM_OK);
   EXPECT_THAT(keys(), ElementsAre("twin", "twin (2)"));
-  EXPECT_EQ(store().findKey("twin").value().certificate, found[0]);
-  EXPECT_EQ(store().findKey("twin (2)").value().certificate, found[2]);
+  EXPECT_EQ(store().findKey("twin"_label).value().certificate, found[0]);
+  EXPECT_EQ(store().findKey("twin (2)"_label).value().certificate, found[2]);
 }
 
 TEST_P(ForeignSoftHsmObjects, keysWithOneIdAreNotTakenForEachOther) {
@@ -177,18 +178,18 @@ TEST_P(ForeignSoftHsmObjects, curveKeysWithOneIdAreLeftAlone) {
   pkcs11Tool("--write-object " + path("cert.der") + " --type cert --label one --id 01");
   EXPECT_THAT(requests(), ElementsAre("one", "two"));
   EXPECT_THAT(keys(), ElementsAre("one"));
-  EXPECT_FALSE(store().findKey("one").value().privateKey.present());
+  EXPECT_FALSE(store().findKey("one"_label).value().privateKey.present());
 }
 
 TEST_P(ForeignSoftHsmObjects, aCertificateThatAnotherToolWritesFindsItsKey) {
   pkcs11Tool("--keypairgen --key-type EC:prime256v1 --label theirs --id 0105");
-  const sys::Bytes request = store().findRequest("theirs").value().request;
+  const sys::Bytes request = store().findRequest("theirs"_label).value().request;
   const sys::Bytes publicKey = cms::readRequest(request).value().publicKeyInfo;
   folder_.write("cert.der", certificateFor(publicKey, "Theirs"));
   pkcs11Tool("--write-object " + path("cert.der") + " --type cert --label other --id 99");
   EXPECT_THAT(keys(), ElementsAre("other"));
   EXPECT_THAT(requests(), IsEmpty());
-  EXPECT_TRUE(signs(store().findKey("other").value().privateKey, publicKey));
+  EXPECT_TRUE(signs(store().findKey("other"_label).value().privateKey, publicKey));
 }
 
 TEST_P(ForeignSoftHsmObjects, keysThatAskForThePinAtEveryUseGetIt) {
@@ -203,7 +204,7 @@ TEST_P(ForeignSoftHsmObjects, labelsOfAllSortsAreTaken) {
   pkcs11Tool("--write-object " + path("ca.der") + " --type cert --label \"$(printf 'b\\377d')\"");
   pkcs11Tool("--write-object " + path("ca.der") + " --type cert --label '" + kSmiley + "'");
   EXPECT_THAT(keys(), UnorderedElementsAre("b?d", kSmileyModified, std::string(511, 'x')));
-  for (const std::string& name : keys()) {
+  for (const Label& name : keys()) {
     EXPECT_EQ(store().findKey(name).value().certificate, authority_.certificate());
     EXPECT_EQ(store().removeKey(name).code(), ZELKM_OK);
   }
@@ -241,7 +242,7 @@ TEST_P(ForeignNssObjects, whatCertutilMadeIsListedAndUsed) {
   for (const char* type : {"-k rsa -g 2048", "-k ec -q nistp256"}) {
     const std::string name = std::string("made ") + type;
     certutil("-S -x -n '" + name + "' -s 'CN=" + type + "' -t ,, -z " + path("noise") + " " + type);
-    const sys::Result<KeyEntry> found = store().findKey(name);
+    const sys::Result<KeyEntry> found = store().findKey(Label::ofName(name));
     ASSERT_EQ(found.code(), ZELKM_OK) << testing::PrintToString(keys());
     EXPECT_TRUE(signs(found.value().privateKey, publicKeyOf(found.value().certificate)));
   }

@@ -4,6 +4,7 @@
 
 #include "engine/cms/openssl_ptr.h"
 #include "engine/km/token/token_access.h"
+#include "tests/engine/stores/labels.h"
 #include "tests/engine/token/token_store_test.h"
 
 // Keys that live on the token, and signatures by them.
@@ -48,7 +49,8 @@ TEST_P(TokenKeys, keepsPrivateKeysToItself) {
   const KeyEntry made = newEntry("made");
   ASSERT_EQ(store().insertKey(made).code(), ZELKM_OK);
   const cms::TestAuthority other("Imported", 2048);
-  KeyEntry imported{.label = "imported", .certificate = other.certificate(), .privateKey = {}};
+  KeyEntry imported{
+      .label = "imported"_label, .certificate = other.certificate(), .privateKey = {}};
   imported.privateKey.pkcs8 = cms::privateKeyInfo(other.key()).value();
   ASSERT_EQ(store().insertKey(imported).code(), ZELKM_OK);
 
@@ -69,7 +71,7 @@ TEST_P(TokenKeys, keepsPrivateKeysToItself) {
     EXPECT_TRUE(attributes.bytes(CKA_PRIVATE_EXPONENT).empty());
     EXPECT_TRUE(attributes.bytes(CKA_VALUE).empty());
   }
-  const KeyEntry found = store().findKey("imported").value();
+  const KeyEntry found = store().findKey("imported"_label).value();
   EXPECT_EQ(store().encryptedPrivateKey(found.privateKey).code(),
             ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL);
 }
@@ -79,10 +81,11 @@ TEST_P(TokenKeys, signsWithKeysThatWereBroughtIn) {
     SCOPED_TRACE(size);
     const std::string name = "key " + std::to_string(size);
     const cms::TestAuthority other(name, size);
-    KeyEntry entry{.label = name, .certificate = other.certificate(), .privateKey = {}};
+    KeyEntry entry{
+        .label = Label::ofName(name), .certificate = other.certificate(), .privateKey = {}};
     entry.privateKey.pkcs8 = cms::privateKeyInfo(other.key()).value();
     ASSERT_EQ(store().insertKey(entry).code(), ZELKM_OK);
-    const KeyEntry found = store().findKey(name).value();
+    const KeyEntry found = store().findKey(Label::ofName(name)).value();
     EXPECT_TRUE(found.privateKey.pkcs8.empty());
     EXPECT_TRUE(signs(found.privateKey, publicKeyOf(found.certificate)));
   }
@@ -91,7 +94,7 @@ TEST_P(TokenKeys, signsWithKeysThatWereBroughtIn) {
 TEST_P(TokenKeys, takesNoKeysButRsaAndEc) {
   const cms::TestAuthority other("Edwards", 25519);
   const std::size_t before = objectCount();
-  KeyEntry entry{.label = "edwards", .certificate = other.certificate(), .privateKey = {}};
+  KeyEntry entry{.label = "edwards"_label, .certificate = other.certificate(), .privateKey = {}};
   entry.privateKey.pkcs8 = cms::privateKeyInfo(other.key()).value();
   EXPECT_EQ(store().insertKey(entry).code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
   EXPECT_EQ(objectCount(), before);

@@ -71,13 +71,15 @@ sys::Bytes TokenStoreTest::certificateFor(const sys::Bytes& publicKey,
 
 KeyEntry TokenStoreTest::newEntry(const std::string& entryLabel) {
   GeneratedKey key = newKey();
-  return {.label = entryLabel,
+  return {.label = Label::ofName(entryLabel),
           .certificate = certificateFor(key.publicKey, "www.example.com"),
           .privateKey = std::move(key.privateKey)};
 }
 
 KeyEntry TokenStoreTest::signerEntry(const std::string& entryLabel) const {
-  return {.label = entryLabel, .certificate = authority_.certificate(), .privateKey = {}};
+  return {.label = Label::ofName(entryLabel),
+          .certificate = authority_.certificate(),
+          .privateKey = {}};
 }
 
 bool TokenStoreTest::signs(const PrivateKey& key, const sys::Bytes& publicKey,
