@@ -1,5 +1,9 @@
 package com.nelo.security.cmskeystore;
 
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTO;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_ALREADY_EXISTS;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_INVALID_PASSWORD;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertDoesNotThrow;
 import static org.junit.jupiter.api.Assertions.assertEquals;
@@ -11,6 +15,7 @@ import static org.junit.jupiter.api.Assertions.assertTrue;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.KeyType;
 import com.nelo.zel.vosmar.basic.NewCertificateRequest;
+import com.nelo.zel.vosmar.basic.ResultCode;
 import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
 import java.lang.reflect.Method;
 import java.lang.reflect.Modifier;
@@ -18,6 +23,7 @@ import java.nio.file.Files;
 import java.nio.file.Path;
 import java.time.Duration;
 import java.util.List;
+import java.util.Optional;
 import java.util.Set;
 import java.util.stream.Stream;
 import org.junit.jupiter.api.BeforeEach;
@@ -124,7 +130,7 @@ class CMSKeyDatabaseTest {
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
       assertEquals(List.of("request"), db.labels().requests());
       assertNull(lookUpAsRequest(db, "request"));
-      assertFails(117, () -> db.key("request"));
+      assertFails(KEY_GET_BY_LABEL, () -> db.key("request"));
 
       db.deleteRequest("request");
 
@@ -150,16 +156,16 @@ class CMSKeyDatabaseTest {
 
       db.deleteKey("signer");
 
-      assertFails(117, () -> db.deleteKey("signer"));
+      assertFails(KEY_GET_BY_LABEL, () -> db.deleteKey("signer"));
     }
   }
 
   @Test
   void aLabelThatNoKeyHasIsCode117() throws Exception {
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
-      assertFails(117, () -> db.key("other"));
-      assertFails(117, () -> db.keysWithLabel("other"));
-      assertFails(117, () -> db.isPrivateKeyPresent("other"));
+      assertFails(KEY_GET_BY_LABEL, () -> db.key("other"));
+      assertFails(KEY_GET_BY_LABEL, () -> db.keysWithLabel("other"));
+      assertFails(KEY_GET_BY_LABEL, () -> db.isPrivateKeyPresent("other"));
     }
   }
 
@@ -169,9 +175,10 @@ class CMSKeyDatabaseTest {
     char[] newPassword = "better horse 2!".toCharArray();
 
     CMSKeyDatabase.create(other, PASSWORD, Duration.ZERO).close();
-    assertFails(9, () -> CMSKeyDatabase.create(other, PASSWORD, Duration.ZERO));
+    assertFails(
+        DATABASE_ALREADY_EXISTS, () -> CMSKeyDatabase.create(other, PASSWORD, Duration.ZERO));
     CMSKeyDatabase.changePassword(other, PASSWORD, newPassword, Duration.ZERO);
-    assertFails(16, () -> CMSKeyDatabase.open(other, PASSWORD));
+    assertFails(DATABASE_INVALID_PASSWORD, () -> CMSKeyDatabase.open(other, PASSWORD));
 
     try (CMSKeyDatabase db = CMSKeyDatabase.open(other, newPassword)) {
       db.stashPassword();
@@ -192,7 +199,7 @@ class CMSKeyDatabaseTest {
       try (PrivateKeyInfoItem again = db.decryptPrivateKey(encrypted.der(), itsPassword)) {
         assertArrayEquals(clear.der(), again.der());
       }
-      assertFails(32, () -> db.decryptPrivateKey(encrypted.der(), PASSWORD));
+      assertFails(CRYPTO, () -> db.decryptPrivateKey(encrypted.der(), PASSWORD));
     }
   }
 
@@ -200,8 +207,8 @@ class CMSKeyDatabaseTest {
   void bytesThatAreNoKeyAreNeitherEncryptedNorDecrypted() throws Exception {
     byte[] noKey = {0x30, 0};
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
-      assertFails(32, () -> db.encryptPrivateKey(noKey, PASSWORD));
-      assertFails(32, () -> db.decryptPrivateKey(noKey, PASSWORD));
+      assertFails(CRYPTO, () -> db.encryptPrivateKey(noKey, PASSWORD));
+      assertFails(CRYPTO, () -> db.decryptPrivateKey(noKey, PASSWORD));
     }
   }
 
@@ -233,7 +240,8 @@ class CMSKeyDatabaseTest {
     return lookup.invoke(db, file.toString(), new String(PASSWORD), label, true);
   }
 
-  private static void assertFails(int code, Executable operation) {
-    assertEquals(code, assertThrows(CMSKeyDatabaseException.class, operation).code());
+  private static void assertFails(ResultCode reason, Executable operation) {
+    assertEquals(
+        Optional.of(reason), assertThrows(CMSKeyDatabaseException.class, operation).reason());
   }
 }

@@ -1,6 +1,10 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_DUPLICATE_KEY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.FILE_OPEN_TO_READ;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.REQKEY_FOR_CERT_NULL;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
@@ -76,7 +80,7 @@ class CertificateRequestTest {
 
     assertTrue(Files.readString(again).startsWith("-----BEGIN "));
     assertTrue(Files.size(signedAnew) > 0);
-    assertFails(117, () -> db.certificates().extractRequest("other", again));
+    assertFails(KEY_GET_BY_LABEL, () -> db.certificates().extractRequest("other", again));
   }
 
   @Test
@@ -99,7 +103,9 @@ class CertificateRequestTest {
     ca.insertRequest("server's", request, item.privateKey().der());
 
     assertArrayEquals(request, ca.request("server's").request().der());
-    assertFails(23, () -> ca.insertRequest("server's", request, item.privateKey().der()));
+    assertFails(
+        DATABASE_DUPLICATE_KEY_LABEL,
+        () -> ca.insertRequest("server's", request, item.privateKey().der()));
   }
 
   @Test
@@ -143,12 +149,16 @@ class CertificateRequestTest {
     issue();
     db.deleteRequest("server");
 
-    assertFails(108, () -> db.certificates().receive(certificateFile, Encoding.BASE64, false));
+    assertFails(
+        REQKEY_FOR_CERT_NULL,
+        () -> db.certificates().receive(certificateFile, Encoding.BASE64, false));
   }
 
   @Test
   void aMissingCertificateFileIsToldAsSuch() {
-    assertFails(87, () -> db.certificates().receive(folder.resolve("no"), Encoding.DER, false));
+    assertFails(
+        FILE_OPEN_TO_READ,
+        () -> db.certificates().receive(folder.resolve("no"), Encoding.DER, false));
   }
 
   @Test
@@ -156,7 +166,7 @@ class CertificateRequestTest {
     request();
 
     assertFails(
-        117,
+        KEY_GET_BY_LABEL,
         () ->
             ca.certificates().issue(new CertificateIssue("other", requestFile, certificateFile)));
   }

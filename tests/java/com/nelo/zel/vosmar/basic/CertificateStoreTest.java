@@ -1,6 +1,11 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_DUPLICATE_KEY;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_DUPLICATE_KEY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
@@ -94,7 +99,7 @@ class CertificateStoreTest {
 
     store.importCertificate("with", certificate, key);
     assertArrayEquals(key, clearKeyOf(store.key("with")));
-    assertFails(21, () -> store.importCertificate("again", certificate, null));
+    assertFails(DATABASE_DUPLICATE_KEY, () -> store.importCertificate("again", certificate, null));
     store.deleteKey("with");
 
     store.importCertificate("without", certificate, null);
@@ -111,7 +116,7 @@ class CertificateStoreTest {
     assertEquals(List.of("alpha"), labels(store.keysWithLabel("alpha")));
     assertEquals(List.of("beta"), labels(store.keysWithPublicKey(publicKey)));
     assertEquals(List.of(), store.keysWithLabel("gamma"));
-    assertFails(117, () -> store.key("gamma"));
+    assertFails(KEY_GET_BY_LABEL, () -> store.key("gamma"));
   }
 
   @Test
@@ -121,7 +126,7 @@ class CertificateStoreTest {
     store.deleteKey("server");
 
     assertEquals(List.of(), store.labels().all());
-    assertFails(117, () -> store.deleteKey("server"));
+    assertFails(KEY_GET_BY_LABEL, () -> store.deleteKey("server"));
     assertEquals(List.of(), TestStores.filesIn("my"));
   }
 
@@ -129,14 +134,20 @@ class CertificateStoreTest {
   void aLabelIsGivenOnce() throws Exception {
     store.createSelfSigned(TestDatabase.certificate("server"));
 
-    assertFails(23, () -> store.createSelfSigned(TestDatabase.certificate("server")));
+    assertFails(
+        DATABASE_DUPLICATE_KEY_LABEL,
+        () -> store.createSelfSigned(TestDatabase.certificate("server")));
   }
 
   @Test
   void aPasswordIsCode139AndAnotherNameCode137() throws Exception {
     MSCertificateStore.open(MY, new char[0]).close();
-    assertFails(139, () -> MSCertificateStore.open(MY, "secret".toCharArray()));
-    assertFails(137, () -> MSCertificateStore.open("CurrentUser/None", null));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED,
+        () -> MSCertificateStore.open(MY, "secret".toCharArray()));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST,
+        () -> MSCertificateStore.open("CurrentUser/None", null));
   }
 
   @Test

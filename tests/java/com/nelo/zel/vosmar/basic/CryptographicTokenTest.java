@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertNotEquals;
@@ -15,8 +16,7 @@ import org.junit.jupiter.params.provider.CsvSource;
 
 /** What there is to a token before one is opened. */
 class CryptographicTokenTest {
-  private static final int PARAMETER_MISSING = 65;
-  private static final int MODULE_NOT_LOADED = 140;
+  private static final int PARAMETER_MISSING = ResultCode.PARAMETER.code();
   private static final String NO_MODULE = "/nonexistent/module.so";
 
   private CryptographicToken token;
@@ -99,11 +99,14 @@ class CryptographicTokenTest {
 
   @Test
   void aModuleThatIsNotThereIsCode140() {
-    assertFails(MODULE_NOT_LOADED, () -> CryptographicToken.list(NO_MODULE));
-    assertFails(MODULE_NOT_LOADED, () -> CryptographicToken.open(NO_MODULE, "token", null));
-    assertFails(MODULE_NOT_LOADED, () -> token.deleteKey("key"));
-    assertFails(MODULE_NOT_LOADED, () -> token.key("key"));
-    assertFails(MODULE_NOT_LOADED, () -> token.certificates().isRenewal(new byte[1]));
+    assertFails(CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED, () -> CryptographicToken.list(NO_MODULE));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED,
+        () -> CryptographicToken.open(NO_MODULE, "token", null));
+    assertFails(CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED, () -> token.deleteKey("key"));
+    assertFails(CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED, () -> token.key("key"));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED, () -> token.certificates().isRenewal(new byte[1]));
   }
 
   @Test

@@ -1,6 +1,8 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.VALIDATION_KEY_PAIR;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
@@ -36,7 +38,7 @@ class EntriesTest {
 
     assertEquals(List.of("alpha"), labels(db.keysWithLabel("alpha")));
     assertEquals(List.of("beta"), labels(db.keysWithPublicKey(publicKey)));
-    assertFails(117, () -> db.keysWithLabel("gamma"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.keysWithLabel("gamma"));
   }
 
   @Test
@@ -52,13 +54,13 @@ class EntriesTest {
     db.deleteKey("alpha");
 
     assertEquals(List.of("beta"), db.labels().keys());
-    assertFails(117, () -> db.key("alpha"));
-    assertFails(117, () -> db.deleteKey("alpha"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.key("alpha"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.deleteKey("alpha"));
   }
 
   @Test
   void aRequestIsNotDeletedAsAKeyNorAKeyAsARequest() {
-    assertFails(117, () -> db.deleteRequest("alpha"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.deleteRequest("alpha"));
   }
 
   @Test
@@ -68,7 +70,7 @@ class EntriesTest {
 
     assertEquals("beta", db.defaultKey().orElseThrow().label());
     assertFalse(db.key("alpha").isDefault());
-    assertFails(117, () -> db.setDefaultKey("gamma"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.setDefaultKey("gamma"));
   }
 
   @Test
@@ -111,7 +113,8 @@ class EntriesTest {
     byte[] privateKey = db.key("beta").privateKey().der();
     db.deleteKey("alpha");
 
-    assertFails(62, () -> db.insertKey("mixed", certificate, privateKey, false, false));
+    assertFails(
+        VALIDATION_KEY_PAIR, () -> db.insertKey("mixed", certificate, privateKey, false, false));
     assertEquals(List.of("beta"), db.labels().keys());
   }
 

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
@@ -65,7 +66,7 @@ class ExportTest {
   void extractingAnUnknownLabelIsCode117AndWritesNothing() {
     Path target = folder.resolve("other.pem");
 
-    assertFails(117, () -> db.certificates().extract("other", target, Encoding.DER));
+    assertFails(KEY_GET_BY_LABEL, () -> db.certificates().extract("other", target, Encoding.DER));
     assertTrue(Files.notExists(target));
   }
 
@@ -92,7 +93,8 @@ class ExportTest {
 
   @Test
   void exportingAnUnknownLabelIsCode117() {
-    assertFails(117, () -> PfxFile.write(db, pfx, PFX_PASSWORD, List.of("alpha", "other")));
+    assertFails(
+        KEY_GET_BY_LABEL, () -> PfxFile.write(db, pfx, PFX_PASSWORD, List.of("alpha", "other")));
   }
 
   @Test

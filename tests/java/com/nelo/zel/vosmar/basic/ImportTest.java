@@ -1,6 +1,8 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.INVALID_PKCS12_DATA;
+import static com.nelo.zel.vosmar.basic.ResultCode.PKCS12_PWD_CORRUPTION;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
@@ -69,7 +71,9 @@ class ImportTest {
   void aWrongPfxPasswordIsCode120() throws Exception {
     PfxFile.write(source, pfx, PFX_PASSWORD, List.of("alpha"));
 
-    assertFails(120, () -> PfxFile.importInto(target, pfx, "wrong horse 1!".toCharArray()));
+    assertFails(
+        PKCS12_PWD_CORRUPTION,
+        () -> PfxFile.importInto(target, pfx, "wrong horse 1!".toCharArray()));
     assertEquals(List.of(), target.labels().keys());
   }
 
@@ -77,7 +81,7 @@ class ImportTest {
   void aFileThatIsNoPfxIsCode119() throws Exception {
     Files.writeString(pfx, "Dear diary,\n");
 
-    assertFails(119, () -> PfxFile.importInto(target, pfx, PFX_PASSWORD));
+    assertFails(INVALID_PKCS12_DATA, () -> PfxFile.importInto(target, pfx, PFX_PASSWORD));
   }
 
   private void assertSameKeys(CMSKeyDatabase other) throws CMSKeyDatabaseException {

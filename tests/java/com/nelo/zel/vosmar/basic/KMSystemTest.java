@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTO_UNSUPPORTED_ALGORITHM;
 import static org.junit.jupiter.api.Assertions.assertDoesNotThrow;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
@@ -11,8 +12,6 @@ import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
 class KMSystemTest {
-  private static final int UNSUPPORTED_ALGORITHM = 39;
-
   @TempDir Path folder;
 
   @Test
@@ -44,7 +43,7 @@ class KMSystemTest {
       assertEquals(0, call("c_enableFIPSMode", true, false));
       try {
         assertFails(
-            UNSUPPORTED_ALGORITHM, () -> db.certificates().createSelfSigned(ed25519));
+            CRYPTO_UNSUPPORTED_ALGORITHM, () -> db.certificates().createSelfSigned(ed25519));
       } finally {
         call("c_enableFIPSMode", false, false);
       }

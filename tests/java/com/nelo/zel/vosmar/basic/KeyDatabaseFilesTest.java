@@ -1,6 +1,12 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_ALREADY_EXISTS;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_CORRUPTION;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_INVALID_FILE_TYPE;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_INVALID_PASSWORD;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEYDB_NOT_EXIST;
+import static com.nelo.zel.vosmar.basic.ResultCode.PWD_TOO_SHORT;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertThrows;
@@ -45,13 +51,15 @@ class KeyDatabaseFilesTest {
     TestDatabase.create(folder).close();
 
     assertFailsAndLeavesTheFile(
-        16, () -> CMSKeyDatabase.open(TestDatabase.file(folder), "wrong horse 1!".toCharArray()));
+        DATABASE_INVALID_PASSWORD,
+        () -> CMSKeyDatabase.open(TestDatabase.file(folder), "wrong horse 1!".toCharArray()));
   }
 
   @Test
   void aMissingFileIsCode101() {
     assertFails(
-        101, () -> CMSKeyDatabase.open(TestDatabase.file(folder), TestDatabase.password()));
+        KEYDB_NOT_EXIST,
+        () -> CMSKeyDatabase.open(TestDatabase.file(folder), TestDatabase.password()));
     assertTrue(Files.notExists(TestDatabase.file(folder)));
   }
 
@@ -60,7 +68,8 @@ class KeyDatabaseFilesTest {
     Files.writeString(TestDatabase.file(folder), "Dear diary,\n".repeat(500));
 
     assertFailsAndLeavesTheFile(
-        17, () -> CMSKeyDatabase.open(TestDatabase.file(folder), TestDatabase.password()));
+        DATABASE_INVALID_FILE_TYPE,
+        () -> CMSKeyDatabase.open(TestDatabase.file(folder), TestDatabase.password()));
   }
 
   @Test
@@ -69,20 +78,21 @@ class KeyDatabaseFilesTest {
     truncateToHalf(TestDatabase.file(folder));
 
     assertFailsAndLeavesTheFile(
-        18, () -> CMSKeyDatabase.open(TestDatabase.file(folder), TestDatabase.password()));
+        DATABASE_CORRUPTION,
+        () -> CMSKeyDatabase.open(TestDatabase.file(folder), TestDatabase.password()));
   }
 
   @Test
   void creatingOverAnExistingFileIsCode9() throws Exception {
     TestDatabase.create(folder).close();
 
-    assertFailsAndLeavesTheFile(9, () -> TestDatabase.create(folder));
+    assertFailsAndLeavesTheFile(DATABASE_ALREADY_EXISTS, () -> TestDatabase.create(folder));
   }
 
   @Test
   void aShortPasswordIsCode130AndMakesNoFile() {
     assertFails(
-        130,
+        PWD_TOO_SHORT,
         () ->
             CMSKeyDatabase.create(
                 TestDatabase.file(folder), "1!abc".toCharArray(), Duration.ZERO));
@@ -92,7 +102,7 @@ class KeyDatabaseFilesTest {
   @Test
   void aFipsDatabaseAsksForALongerPassword() throws Exception {
     assertFails(
-        130,
+        PWD_TOO_SHORT,
         () ->
             CMSKeyDatabase.createFips(
                 TestDatabase.file(folder), "1!abcdefghi".toCharArray(), Duration.ZERO));
@@ -109,10 +119,11 @@ class KeyDatabaseFilesTest {
     assertThrows(IllegalStateException.class, db::labels);
   }
 
-  private void assertFailsAndLeavesTheFile(int code, Executable operation) throws IOException {
+  private void assertFailsAndLeavesTheFile(ResultCode reason, Executable operation)
+      throws IOException {
     byte[] before = Files.readAllBytes(TestDatabase.file(folder));
 
-    assertFails(code, operation);
+    assertFails(reason, operation);
 
     assertArrayEquals(before, Files.readAllBytes(TestDatabase.file(folder)));
   }

@@ -1,6 +1,10 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_INVALID_PASSWORD;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEYDB_NOT_EXIST;
+import static com.nelo.zel.vosmar.basic.ResultCode.PASSWORD_EXPIRATION_TIME;
+import static com.nelo.zel.vosmar.basic.ResultCode.PWDFILE_NOT_EXIST;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertTrue;
@@ -32,7 +36,8 @@ class KeyDatabasePasswordTest {
     change(TestDatabase.password(), NEW_PASSWORD);
 
     CMSKeyDatabase.open(file, NEW_PASSWORD.toCharArray()).close();
-    assertFails(16, () -> CMSKeyDatabase.open(file, TestDatabase.password()));
+    assertFails(
+        DATABASE_INVALID_PASSWORD, () -> CMSKeyDatabase.open(file, TestDatabase.password()));
   }
 
   @Test
@@ -51,12 +56,13 @@ class KeyDatabasePasswordTest {
 
   @Test
   void aWrongOldPasswordIsCode16() {
-    assertFails(16, () -> change("wrong horse 1!".toCharArray(), NEW_PASSWORD));
+    assertFails(
+        DATABASE_INVALID_PASSWORD, () -> change("wrong horse 1!".toCharArray(), NEW_PASSWORD));
   }
 
   @Test
   void aNewPasswordThatIsTooShortIsCode69() {
-    assertFails(69, () -> change(TestDatabase.password(), "1!abc"));
+    assertFails(ResultCode.NEW_PASSWORD, () -> change(TestDatabase.password(), "1!abc"));
   }
 
   @Test
@@ -82,12 +88,13 @@ class KeyDatabasePasswordTest {
 
   @Test
   void withoutAStashFileOneIsMissing() {
-    assertFails(103, () -> CMSKeyDatabase.openWithStash(file));
+    assertFails(PWDFILE_NOT_EXIST, () -> CMSKeyDatabase.openWithStash(file));
   }
 
   @Test
   void aMissingDatabaseIsNotOneWithoutPassword() {
-    assertFails(101, () -> CMSKeyDatabase.isPasswordRequired(folder.resolve("other.kdb")));
+    assertFails(
+        KEYDB_NOT_EXIST, () -> CMSKeyDatabase.isPasswordRequired(folder.resolve("other.kdb")));
   }
 
   @Test
@@ -95,7 +102,8 @@ class KeyDatabasePasswordTest {
     Path shortLived = folder.resolve("short.kdb");
     CMSKeyDatabase.create(shortLived, TestDatabase.password(), Duration.ofSeconds(1)).close();
     Thread.sleep(2100);
-    assertFails(70, () -> CMSKeyDatabase.open(shortLived, TestDatabase.password()));
+    assertFails(
+        PASSWORD_EXPIRATION_TIME, () -> CMSKeyDatabase.open(shortLived, TestDatabase.password()));
 
     CMSKeyDatabase.changePassword(
         shortLived, TestDatabase.password(), NEW_PASSWORD.toCharArray(), Duration.ZERO);

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_ALREADY_EXISTS;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertTrue;
@@ -36,7 +37,7 @@ class KeyRingTest {
       }
     }
     assertFails(
-        9,
+        DATABASE_ALREADY_EXISTS,
         () ->
             KeyRingFile.toKeyDatabase(
                 ring, RING_PASSWORD, copyFile, TestDatabase.password()));

@@ -14,7 +14,7 @@ import org.junit.jupiter.params.provider.CsvSource;
 
 /** What there is to a certificate store before one is opened. */
 class MSCertificateStoreTest {
-  private static final int PARAMETER_MISSING = 65;
+  private static final int PARAMETER_MISSING = ResultCode.PARAMETER.code();
 
   private MSCertificateStore store;
 
@@ -62,7 +62,8 @@ class MSCertificateStoreTest {
     Object[] arguments = someArguments("c_CreateNewSelfSignedCertificate");
     arguments[5] = null;
 
-    assertEquals(116, call("c_CreateNewSelfSignedCertificate", arguments));
+    assertEquals(
+        ResultCode.INVALID_DN_INPUT.code(), call("c_CreateNewSelfSignedCertificate", arguments));
   }
 
   @Test

@@ -1,6 +1,8 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.ASN;
+import static com.nelo.zel.vosmar.basic.ResultCode.FILE_OPEN_TO_READ;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
 import java.nio.file.Files;
@@ -57,12 +59,12 @@ class Pkcs7FileTest {
   void aFileThatIsNoBundleIsCode2() throws Exception {
     Files.writeString(file, "Dear diary,\n");
 
-    assertFails(2, () -> Pkcs7File.read(file, Encoding.DER));
+    assertFails(ASN, () -> Pkcs7File.read(file, Encoding.DER));
   }
 
   @Test
   void aMissingFileIsCode87() {
-    assertFails(87, () -> Pkcs7File.read(folder.resolve("no.p7b"), Encoding.DER));
+    assertFails(FILE_OPEN_TO_READ, () -> Pkcs7File.read(folder.resolve("no.p7b"), Encoding.DER));
   }
 
   /** The Java platform sorts a bundle by its bytes, as DER demands of a set. */

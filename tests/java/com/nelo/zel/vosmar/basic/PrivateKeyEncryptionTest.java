@@ -1,6 +1,8 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTO;
+import static com.nelo.zel.vosmar.basic.ResultCode.PKCS12_PWD_CORRUPTION;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 
@@ -30,12 +32,13 @@ class PrivateKeyEncryptionTest {
     EncryptedPrivateKeyInfoItem encrypted = PrivateKeyEncryption.encrypt(key, PASSWORD);
 
     assertFails(
-        120, () -> PrivateKeyEncryption.decrypt(encrypted, "wrong horse 1!".toCharArray()));
+        PKCS12_PWD_CORRUPTION,
+        () -> PrivateKeyEncryption.decrypt(encrypted, "wrong horse 1!".toCharArray()));
   }
 
   @Test
   void bytesThatAreNoKeyAreRefused() {
-    assertFails(32, () -> PrivateKeyEncryption.encrypt(new byte[] {1, 2, 3}, PASSWORD));
-    assertFails(32, () -> PrivateKeyEncryption.encrypt(new byte[0], PASSWORD));
+    assertFails(CRYPTO, () -> PrivateKeyEncryption.encrypt(new byte[] {1, 2, 3}, PASSWORD));
+    assertFails(CRYPTO, () -> PrivateKeyEncryption.encrypt(new byte[0], PASSWORD));
   }
 }

@@ -1,6 +1,8 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_DUPLICATE_KEY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
@@ -164,7 +166,9 @@ class SelfSignedCertificateTest {
     db.certificates().createSelfSigned(TestDatabase.certificate("server"));
     byte[] certificate = db.key("server").certificate().der();
 
-    assertFails(23, () -> db.certificates().createSelfSigned(TestDatabase.certificate("server")));
+    assertFails(
+        DATABASE_DUPLICATE_KEY_LABEL,
+        () -> db.certificates().createSelfSigned(TestDatabase.certificate("server")));
     assertArrayEquals(certificate, db.key("server").certificate().der());
   }
 
@@ -172,8 +176,8 @@ class SelfSignedCertificateTest {
   void anUnknownLabelIsCode117() throws Exception {
     db.certificates().createSelfSigned(TestDatabase.certificate("server"));
 
-    assertFails(117, () -> db.key("other"));
-    assertFails(117, () -> db.request("server"));
-    assertFails(117, () -> db.isPrivateKeyPresent("other"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.key("other"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.request("server"));
+    assertFails(KEY_GET_BY_LABEL, () -> db.isPrivateKeyPresent("other"));
   }
 }

@@ -1,6 +1,12 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_PASSWORD_REQUIRED;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_INVALID_PASSWORD;
+import static com.nelo.zel.vosmar.basic.ResultCode.NO_TOKEN_PRESENT;
+import static com.nelo.zel.vosmar.basic.ResultCode.PWD_TOO_SHORT;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertTrue;
@@ -13,13 +19,6 @@ import org.junit.jupiter.api.io.TempDir;
 
 /** Which tokens there are, and who gets in, on a real module. */
 class TokenAccessTest {
-  private static final int WRONG_PIN = 16;
-  private static final int PIN_TOO_SHORT = 130;
-  private static final int NO_SUCH_TOKEN = 137;
-  private static final int PIN_MISSING = 138;
-  private static final int MODULE_NOT_LOADED = 140;
-  private static final int NO_TOKEN = 151;
-
   private static final CryptographicToken.Labels EMPTY =
       new CryptographicToken.Labels(List.of(), List.of(), List.of());
 
@@ -56,11 +55,19 @@ class TokenAccessTest {
   void theReasonsOfBeingKeptOutAreToldApart() throws Exception {
     char[] pin = TestToken.PIN.toCharArray();
     String module = TestToken.MODULE;
-    assertFails(WRONG_PIN, () -> TestToken.open("654321"));
-    assertFails(PIN_MISSING, () -> CryptographicToken.open(module, TestToken.LABEL, null));
-    assertFails(NO_SUCH_TOKEN, () -> CryptographicToken.open(module, "no such token", pin));
-    assertFails(MODULE_NOT_LOADED, () -> CryptographicToken.open("no-such-module", "token", pin));
-    assertFails(MODULE_NOT_LOADED, () -> CryptographicToken.open("libcrypto.so.3", "token", pin));
+    assertFails(DATABASE_INVALID_PASSWORD, () -> TestToken.open("654321"));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_PASSWORD_REQUIRED,
+        () -> CryptographicToken.open(module, TestToken.LABEL, null));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST,
+        () -> CryptographicToken.open(module, "no such token", pin));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED,
+        () -> CryptographicToken.open("no-such-module", "token", pin));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED,
+        () -> CryptographicToken.open("libcrypto.so.3", "token", pin));
     TestToken.open(TestToken.PIN).close();
   }
 
@@ -71,21 +78,21 @@ class TokenAccessTest {
     TestToken.useFolder(nothing);
 
     assertEquals(List.of(), CryptographicToken.list(TestToken.MODULE));
-    assertFails(NO_TOKEN, () -> TestToken.open(TestToken.PIN));
+    assertFails(NO_TOKEN_PRESENT, () -> TestToken.open(TestToken.PIN));
   }
 
   @Test
   void thePasswordIsChanged() throws Exception {
     change(TestToken.PIN, "abcdef");
 
-    assertFails(WRONG_PIN, () -> TestToken.open(TestToken.PIN));
+    assertFails(DATABASE_INVALID_PASSWORD, () -> TestToken.open(TestToken.PIN));
     TestToken.open("abcdef").close();
   }
 
   @Test
   void thePasswordStaysWhenTheOldOrTheNewOneIsRefused() throws Exception {
-    assertFails(WRONG_PIN, () -> change("654321", "abcdef"));
-    assertFails(PIN_TOO_SHORT, () -> change(TestToken.PIN, "abc"));
+    assertFails(DATABASE_INVALID_PASSWORD, () -> change("654321", "abcdef"));
+    assertFails(PWD_TOO_SHORT, () -> change(TestToken.PIN, "abc"));
 
     TestToken.open(TestToken.PIN).close();
   }

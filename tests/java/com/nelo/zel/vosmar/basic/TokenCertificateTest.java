@@ -1,6 +1,10 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_DUPLICATE_KEY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.FILE_OPEN_TO_READ;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.VALIDATION_KEY_PAIR;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
@@ -52,7 +56,8 @@ class TokenCertificateTest {
     assertNull(item.privateKey());
     item.certificate().x509().verify(item.certificate().x509().getPublicKey());
     assertFails(
-        23, () -> token.certificates().createSelfSigned(TestDatabase.certificate("self")));
+        DATABASE_DUPLICATE_KEY_LABEL,
+        () -> token.certificates().createSelfSigned(TestDatabase.certificate("self")));
   }
 
   @Test
@@ -84,7 +89,8 @@ class TokenCertificateTest {
     try (PrivateKeyInfoItem key = privateKey(db.key("beta"))) {
       byte[] certificate = db.key("alpha").certificate().der();
       assertFails(
-          62, () -> token.certificates().importCertificate("mixed", certificate, key.der()));
+          VALIDATION_KEY_PAIR,
+          () -> token.certificates().importCertificate("mixed", certificate, key.der()));
     }
 
     assertLabels(List.of(), List.of(), List.of());
@@ -126,21 +132,26 @@ class TokenCertificateTest {
     assertTrue(item.isTrusted());
     assertEquals(Files.readString(source), Files.readString(base64));
     assertArrayEquals(db.key("alpha").certificate().der(), Files.readAllBytes(der));
-    assertFails(23, () -> token.certificates().addSigner("ca", source, Encoding.BASE64));
-    assertFails(87, () -> token.certificates().addSigner("cb", folder.resolve("no"), Encoding.DER));
-    assertFails(117, () -> token.certificates().extract("cb", base64, Encoding.BASE64));
+    assertFails(
+        DATABASE_DUPLICATE_KEY_LABEL,
+        () -> token.certificates().addSigner("ca", source, Encoding.BASE64));
+    assertFails(
+        FILE_OPEN_TO_READ,
+        () -> token.certificates().addSigner("cb", folder.resolve("no"), Encoding.DER));
+    assertFails(
+        KEY_GET_BY_LABEL, () -> token.certificates().extract("cb", base64, Encoding.BASE64));
   }
 
   @Test
   void aDeletedEntryIsGone() throws Exception {
     token.certificates().importCertificate("alone", db.key("alpha").certificate().der(), null);
 
-    assertFails(117, () -> token.deleteRequest("alone"));
+    assertFails(KEY_GET_BY_LABEL, () -> token.deleteRequest("alone"));
     token.deleteKey("alone");
 
     assertLabels(List.of(), List.of(), List.of());
-    assertFails(117, () -> token.key("alone"));
-    assertFails(117, () -> token.deleteKey("alone"));
+    assertFails(KEY_GET_BY_LABEL, () -> token.key("alone"));
+    assertFails(KEY_GET_BY_LABEL, () -> token.deleteKey("alone"));
   }
 
   private void assertLabels(List<String> personal, List<String> signers, List<String> requests)

@@ -1,6 +1,10 @@
 package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
+import static com.nelo.zel.vosmar.basic.ResultCode.DATABASE_INVALID_PASSWORD;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEYDB_NOT_EXIST;
+import static com.nelo.zel.vosmar.basic.ResultCode.KEY_GET_BY_LABEL;
+import static com.nelo.zel.vosmar.basic.ResultCode.REQKEY_FOR_CERT_NULL;
 import static org.junit.jupiter.api.Assertions.assertArrayEquals;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
@@ -63,8 +67,8 @@ class TokenRequestTest {
     assertEquals("ecdsa-with-SHA512", request.signatureAlgorithmName());
     assertEquals(item.subjectPublicKeyInfo(), request.subjectPublicKeyInfo());
     assertArrayEquals(der(requestFile), request.der());
-    assertFails(117, () -> token.request("other"));
-    assertFails(117, () -> token.key(LABEL));
+    assertFails(KEY_GET_BY_LABEL, () -> token.request("other"));
+    assertFails(KEY_GET_BY_LABEL, () -> token.key(LABEL));
   }
 
   @Test
@@ -79,7 +83,7 @@ class TokenRequestTest {
     String shown = Programs.run("openssl", "req", "-in", anew, "-noout", "-verify", "-text");
     assertTrue(shown.contains("ecdsa-with-SHA256"), shown);
     assertTrue(shown.contains("CN = www.example.com"), shown);
-    assertFails(117, () -> token.certificates().extractRequest("other", again));
+    assertFails(KEY_GET_BY_LABEL, () -> token.certificates().extractRequest("other", again));
   }
 
   @Test
@@ -145,9 +149,11 @@ class TokenRequestTest {
     issue();
 
     token.useSecondaryKeyDatabase(TestDatabase.file(folder), "wrong horse 1!".toCharArray());
-    assertFails(16, () -> token.certificates().receive(certificateFile, Encoding.DER));
+    assertFails(
+        DATABASE_INVALID_PASSWORD,
+        () -> token.certificates().receive(certificateFile, Encoding.DER));
     token.useSecondaryKeyDatabase(folder.resolve("no.kdb"), TestDatabase.password());
-    assertFails(101, () -> token.certificates().receive(certificateFile, Encoding.DER));
+    assertFails(KEYDB_NOT_EXIST, () -> token.certificates().receive(certificateFile, Encoding.DER));
 
     assertEquals(
         new CryptographicToken.Labels(List.of(), List.of(), List.of(LABEL)), token.labels());
@@ -157,7 +163,8 @@ class TokenRequestTest {
   void aCertificateNobodyAskedForIsCode108() throws Exception {
     Files.write(certificateFile, ca.key("ca").certificate().der());
 
-    assertFails(108, () -> token.certificates().receive(certificateFile, Encoding.DER));
+    assertFails(
+        REQKEY_FOR_CERT_NULL, () -> token.certificates().receive(certificateFile, Encoding.DER));
   }
 
   @Test
@@ -180,12 +187,12 @@ class TokenRequestTest {
 
   @Test
   void aDeletedRequestIsGone() throws Exception {
-    assertFails(117, () -> token.deleteKey(LABEL));
+    assertFails(KEY_GET_BY_LABEL, () -> token.deleteKey(LABEL));
     token.deleteRequest(LABEL);
 
     assertEquals(
         new CryptographicToken.Labels(List.of(), List.of(), List.of()), token.labels());
-    assertFails(117, () -> token.deleteRequest(LABEL));
+    assertFails(KEY_GET_BY_LABEL, () -> token.deleteRequest(LABEL));
   }
 
   private void issue() throws CMSKeyDatabaseException {

@@ -4,6 +4,7 @@ import static java.util.Objects.requireNonNull;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.KMSystem;
+import com.nelo.zel.vosmar.basic.ResultCode;
 import java.nio.file.Path;
 import java.time.Duration;
 import java.util.ArrayList;
@@ -28,13 +29,6 @@ import java.util.List;
  * database is looked at again to learn the reason, so the reason told may be of a moment later.
  */
 public final class CMSKeyDatabase implements AutoCloseable {
-  private static final int READ_FAILED = 12;
-  private static final int CRYPTO_FAILED = 32;
-  private static final int OLD_PASSWORD_EXPIRED = 70;
-  private static final int NEW_PASSWORD_REFUSED = 69;
-  private static final int FILE_WRITE_FAILED = 91;
-  private static final int NO_SUCH_LABEL = 117;
-
   private final String file;
   private final char[] password;
   private boolean closed;
@@ -63,7 +57,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @param password 6 characters at least
    * @param passwordLifetime how long the password can be used; zero for ever
    * @return the new database
-   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_ALREADY_EXISTS} when the file
+   *     exists
    */
   public static CMSKeyDatabase create(Path file, char[] password, Duration passwordLifetime)
       throws CMSKeyDatabaseException {
@@ -79,7 +74,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @param password 14 characters at least
    * @param passwordLifetime how long the password can be used; zero for ever
    * @return the new database
-   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_ALREADY_EXISTS} when the file
+   *     exists
    */
   public static CMSKeyDatabase createFips(Path file, char[] password, Duration passwordLifetime)
       throws CMSKeyDatabaseException {
@@ -94,7 +90,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @param file the file
    * @param password its password
    * @return the database
-   * @throws CMSKeyDatabaseException with code 16 for a wrong password, 101 for a missing file
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_INVALID_PASSWORD} for a wrong
+   *     password, {@link ResultCode#KEYDB_NOT_EXIST} for a missing file
    */
   public static CMSKeyDatabase open(Path file, char[] password) throws CMSKeyDatabaseException {
     KMSystem.start();
@@ -109,8 +106,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @param oldPassword its password
    * @param newPassword its password from now on
    * @param lifetime how long the new password can be used; zero for ever
-   * @throws CMSKeyDatabaseException as {@link #open} does for the old password, and with code 69 when
-   *     the new one is refused
+   * @throws CMSKeyDatabaseException as {@link #open} does for the old password, and with
+   *     {@link ResultCode#NEW_PASSWORD} when the new one is refused
    */
   public static void changePassword(
       Path file, char[] oldPassword, char[] newPassword, Duration lifetime)
@@ -122,8 +119,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
               db.file, db.password(), new String(newPassword), lifetime.toMillis());
       if (!changed) {
         int code = db.c_OpenKeyDb(db.file, db.password());
-        boolean oldPasswordFits = code == 0 || code == OLD_PASSWORD_EXPIRED;
-        throw db.failure(oldPasswordFits ? NEW_PASSWORD_REFUSED : code);
+        boolean oldPasswordFits = code == 0 || code == ResultCode.PASSWORD_EXPIRATION_TIME.code();
+        throw db.failure(oldPasswordFits ? ResultCode.NEW_PASSWORD.code() : code);
       }
     }
   }
@@ -141,12 +138,13 @@ public final class CMSKeyDatabase implements AutoCloseable {
   /**
    * Writes the password to the stash file beside the database.
    *
-   * @throws CMSKeyDatabaseException with code 91 when the stash file cannot be written
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_WRITE} when the stash file cannot
+   *     be written
    */
   public void stashPassword() throws CMSKeyDatabaseException {
     if (!c_StashKeyDbPwd(file, password())) {
       check(c_OpenKeyDb(file, password()));
-      throw failure(FILE_WRITE_FAILED);
+      throw failure(ResultCode.FILE_WRITE);
     }
   }
 
@@ -168,7 +166,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
     KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
@@ -183,7 +182,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *
    * @param label the label
    * @return the entries, one at least
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
     KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
@@ -217,12 +217,13 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *
    * @param label its label
    * @return false for a certificate alone
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
     boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
     if (!present && !labels().keys().contains(label)) {
-      throw failure(NO_SUCH_LABEL, label);
+      throw failure(ResultCode.KEY_GET_BY_LABEL, label);
     }
     return present;
   }
@@ -236,8 +237,9 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *     database, or a traditional RSA or EC key, in DER; null for none
    * @param trusted whether chains may end at the certificate
    * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken, with code 62 when key and
-   *     certificate do not belong together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and certificate do not
+   *     belong together
    */
   public void insertKey(
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
@@ -254,7 +256,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * Deletes a key or certificate for good.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
     check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
@@ -264,7 +267,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * Deletes a pending request and its key for good.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
     check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
@@ -276,14 +280,15 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @param privateKey a DER PrivateKeyInfo (PKCS&nbsp;#8)
    * @param itsPassword the password to encrypt it under
    * @return the encrypted key
-   * @throws CMSKeyDatabaseException with code 32 for every failure: its reason does not reach Java
+   * @throws CMSKeyDatabaseException with {@link ResultCode#CRYPTO} for every failure: its reason
+   *     does not reach Java
    */
   public EncryptedPrivateKeyInfoItem encryptPrivateKey(byte[] privateKey, char[] itsPassword)
       throws CMSKeyDatabaseException {
     EncryptedPrivateKeyInfoItem item =
         c_EncryptPrivateKey(privateKey.length, privateKey, new String(itsPassword));
     if (item == null) {
-      throw failure(CRYPTO_FAILED, "encrypting a private key");
+      throw failure(ResultCode.CRYPTO, "encrypting a private key");
     }
     return item;
   }
@@ -294,15 +299,15 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @param encryptedKey a DER EncryptedPrivateKeyInfo (PKCS&nbsp;#8)
    * @param itsPassword the password that it is encrypted under
    * @return the key, which the caller closes
-   * @throws CMSKeyDatabaseException with code 32 for every failure, a wrong password too: its reason
-   *     does not reach Java
+   * @throws CMSKeyDatabaseException with {@link ResultCode#CRYPTO} for every failure, a wrong
+   *     password too: its reason does not reach Java
    */
   public PrivateKeyInfoItem decryptPrivateKey(byte[] encryptedKey, char[] itsPassword)
       throws CMSKeyDatabaseException {
     PrivateKeyInfoItem item =
         c_DecryptPrivateKey(encryptedKey.length, encryptedKey, new String(itsPassword));
     if (item == null) {
-      throw failure(CRYPTO_FAILED, "decrypting a private key");
+      throw failure(ResultCode.CRYPTO, "decrypting a private key");
     }
     return item;
   }
@@ -347,6 +352,14 @@ public final class CMSKeyDatabase implements AutoCloseable {
     }
   }
 
+  private CMSKeyDatabaseException failure(ResultCode reason) {
+    return failure(reason.code());
+  }
+
+  private CMSKeyDatabaseException failure(ResultCode reason, String what) {
+    return failure(reason.code(), what);
+  }
+
   private CMSKeyDatabaseException failure(int code) {
     return new CMSKeyDatabaseException(code, file);
   }
@@ -357,7 +370,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
 
   /** Why a label led to nothing: a key that is listed and yet not given cannot be read. */
   private CMSKeyDatabaseException noKey(String label) throws CMSKeyDatabaseException {
-    return failure(labels().keys().contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
+    boolean known = labels().keys().contains(label);
+    return failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
   }
 
   /** Called by the native library for each label of a key while the labels are listed. */

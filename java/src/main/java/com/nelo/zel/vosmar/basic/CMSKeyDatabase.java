@@ -32,14 +32,6 @@ import java.util.Optional;
  * and {@link PrivateKeyEncryption} call those of their subjects.
  */
 public final class CMSKeyDatabase extends KeyDatabaseFile {
-  // Codes for failures whose code the native methods keep to themselves.
-  private static final int CANNOT_READ_ENTRY = 12;
-  private static final int NEW_PASSWORD_REFUSED = 69;
-  private static final int OLD_PASSWORD_EXPIRED = 70;
-  private static final int CANNOT_WRITE_FILE = 91;
-  private static final int NO_SUCH_DATABASE = 101;
-  private static final int NO_SUCH_LABEL = 117;
-
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
 
@@ -67,7 +59,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @param password 6 characters at least
    * @param passwordLifetime how long the password can be used; zero for ever
    * @return the new database
-   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_ALREADY_EXISTS} when the file
+   *     exists
    */
   public static CMSKeyDatabase create(Path file, char[] password, Duration passwordLifetime)
       throws CMSKeyDatabaseException {
@@ -84,7 +77,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @param password 14 characters at least
    * @param passwordLifetime how long the password can be used; zero for ever
    * @return the new database
-   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_ALREADY_EXISTS} when the file
+   *     exists
    */
   public static CMSKeyDatabase createFips(Path file, char[] password, Duration passwordLifetime)
       throws CMSKeyDatabaseException {
@@ -100,8 +94,11 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @param file the file
    * @param password its password
    * @return the database
-   * @throws CMSKeyDatabaseException with code 16 for a wrong password, 101 for a missing file, 17 for a
-   *     file that is no key database, 18 for a damaged one, 70 for a password past its lifetime
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_INVALID_PASSWORD} for a wrong
+   *     password, {@link ResultCode#KEYDB_NOT_EXIST} for a missing file,
+   *     {@link ResultCode#DATABASE_INVALID_FILE_TYPE} for a file that is no key database,
+   *     {@link ResultCode#DATABASE_CORRUPTION} for a damaged one,
+   *     {@link ResultCode#PASSWORD_EXPIRATION_TIME} for a password past its lifetime
    */
   public static CMSKeyDatabase open(Path file, char[] password) throws CMSKeyDatabaseException {
     KMSystem.start();
@@ -114,7 +111,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param file the file
    * @return the database
-   * @throws CMSKeyDatabaseException as {@link #open} does, and with code 103 without a stash file
+   * @throws CMSKeyDatabaseException as {@link #open} does, and with
+   *     {@link ResultCode#PWDFILE_NOT_EXIST} without a stash file
    */
   public static CMSKeyDatabase openWithStash(Path file) throws CMSKeyDatabaseException {
     return open(file, FROM_STASH);
@@ -128,8 +126,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @param oldPassword its password
    * @param newPassword its password from now on
    * @param lifetime how long the new password can be used; zero for ever
-   * @throws CMSKeyDatabaseException as {@link #open} does for the old password, and with code 69 when
-   *     the new one is refused
+   * @throws CMSKeyDatabaseException as {@link #open} does for the old password, and with
+   *     {@link ResultCode#NEW_PASSWORD} when the new one is refused
    */
   public static void changePassword(
       Path file, char[] oldPassword, char[] newPassword, Duration lifetime)
@@ -141,8 +139,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
               db.file, db.password(), new String(newPassword), lifetime.toMillis());
       if (!changed) {
         int code = db.c_OpenKeyDb(db.file, db.password());
-        boolean oldPasswordFits = code == 0 || code == OLD_PASSWORD_EXPIRED;
-        throw db.failure(oldPasswordFits ? NEW_PASSWORD_REFUSED : code);
+        boolean oldPasswordFits = code == 0 || code == ResultCode.PASSWORD_EXPIRATION_TIME.code();
+        throw db.failure(oldPasswordFits ? ResultCode.NEW_PASSWORD.code() : code);
       }
     }
   }
@@ -152,14 +150,15 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param file the file
    * @return false when a usable stash file stands beside it
-   * @throws CMSKeyDatabaseException with code 101 when the file does not exist
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEYDB_NOT_EXIST} when the file does not
+   *     exist
    */
   public static boolean isPasswordRequired(Path file) throws CMSKeyDatabaseException {
     KMSystem.start();
     try (CMSKeyDatabase db = new CMSKeyDatabase(file, FROM_STASH)) {
       boolean required = db.c_IsPasswordRequired(db.file);
       if (!required && !Files.exists(file)) {
-        throw db.failure(NO_SUCH_DATABASE);
+        throw db.failure(ResultCode.KEYDB_NOT_EXIST);
       }
       return required;
     }
@@ -169,12 +168,13 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * Writes the password to the stash file beside the database, so that programs that may read it can
    * open the database without a person.
    *
-   * @throws CMSKeyDatabaseException with code 91 when the stash file cannot be written
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_WRITE} when the stash file cannot
+   *     be written
    */
   public void stashPassword() throws CMSKeyDatabaseException {
     if (!c_StashKeyDbPwd(file, password())) {
       check(c_OpenKeyDb(file, password()));
-      throw failure(CANNOT_WRITE_FILE);
+      throw failure(ResultCode.FILE_WRITE);
     }
   }
 
@@ -201,7 +201,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
     KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
@@ -216,7 +217,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
     KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), true);
@@ -245,7 +247,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param label its label
    * @return false for a certificate alone
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
     boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
@@ -260,7 +263,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param label the label
    * @return the entries, one at least
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
     KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
@@ -296,7 +300,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @param label its label
    * @param certificate a DER certificate
    * @param trusted whether chains may end at it
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   public void insertCertificate(String label, byte[] certificate, boolean trusted)
       throws CMSKeyDatabaseException {
@@ -316,8 +321,9 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     database, or a traditional RSA or EC key, in DER; the caller wipes it
    * @param trusted whether chains may end at the certificate
    * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken, with code 62 when key and
-   *     certificate do not belong together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and certificate do not
+   *     belong together
    */
   public void insertKey(
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
@@ -335,8 +341,9 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * @param label its label
    * @param request a DER request
    * @param privateKey its key, as for {@link #insertKey}
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken, with code 62 when key and
-   *     request do not belong together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and request do not
+   *     belong together
    */
   public void insertRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException {
@@ -351,7 +358,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * Deletes a key or certificate for good.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
     check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
@@ -361,7 +369,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * Deletes a pending request and its key for good.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
     check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
@@ -371,7 +380,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    * Makes a key the default key.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public void setDefaultKey(String label) throws CMSKeyDatabaseException {
     check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
@@ -382,7 +392,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *
    * @param label its label
    * @param trusted whether they may
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
     check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
@@ -399,7 +410,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
 
   /** Why a label led to nothing: an entry that is listed and yet not given cannot be read. */
   private CMSKeyDatabaseException noEntry(String label, List<String> listed) {
-    return failure(listed.contains(label) ? CANNOT_READ_ENTRY : NO_SUCH_LABEL, label);
+    return failure(
+        listed.contains(label) ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
   }
 
   /** Called by the native library for each label of a key while the labels are listed. */

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
 import java.util.Map;
+import java.util.Optional;
 import java.util.concurrent.ConcurrentHashMap;
 
 /**
@@ -25,9 +26,38 @@ public class CMSKeyDatabaseException extends Exception {
    */
   public CMSKeyDatabaseException(int code, String subject) {
     super(
-        subject + ": " + CodeExplanations.of(code) + " (" + code + ", " + nameOf(code) + ")");
+        subject + ": " + ResultCode.explanationOf(code) + " (" + code + ", " + nameOf(code) + ")");
     this.code = code;
     this.subject = subject;
+  }
+
+  /**
+   * Makes an exception for a result code.
+   *
+   * @param reason the result code
+   * @param subject what the operation worked on: a file, or a file and a label
+   */
+  public CMSKeyDatabaseException(ResultCode reason, String subject) {
+    this(reason.code(), subject);
+  }
+
+  /**
+   * Why the operation failed.
+   *
+   * @return the result code's constant; empty for a number that the library does not know
+   */
+  public Optional<ResultCode> reason() {
+    return ResultCode.of(code);
+  }
+
+  /**
+   * What kind of failure it is.
+   *
+   * @return the result code's kind; {@link ResultKind#OTHER} for a number that the library does not
+   *     know
+   */
+  public ResultKind kind() {
+    return reason().map(ResultCode::kind).orElse(ResultKind.OTHER);
   }
 
   /**

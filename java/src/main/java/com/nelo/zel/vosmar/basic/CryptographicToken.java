@@ -22,9 +22,6 @@ import java.util.List;
  * looked up there, and the signers that come along with a personal certificate are put there.
  */
 public final class CryptographicToken extends PasswordHolder {
-  private static final int READ_FAILED = 12;
-  private static final int NO_SUCH_LABEL = 117;
-
   // Filled by the native method while the tokens of a module are listed.
   private static final List<String> TOKEN_LABELS = new ArrayList<>();
 
@@ -170,7 +167,8 @@ public final class CryptographicToken extends PasswordHolder {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
+   *     such entry
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
     KeyItem item =
@@ -178,7 +176,7 @@ public final class CryptographicToken extends PasswordHolder {
     if (item == null) {
       Labels listed = labels();
       boolean known = listed.personal().contains(label) || listed.signers().contains(label);
-      throw failure(known ? READ_FAILED : NO_SUCH_LABEL, label);
+      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
     }
     return item;
   }
@@ -188,14 +186,15 @@ public final class CryptographicToken extends PasswordHolder {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
     KeyItem item =
         c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true);
     if (item == null) {
       boolean known = labels().requests().contains(label);
-      throw failure(known ? READ_FAILED : NO_SUCH_LABEL, label);
+      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
     }
     return item;
   }
@@ -204,7 +203,8 @@ public final class CryptographicToken extends PasswordHolder {
    * Deletes a personal key or a signer's certificate.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
+   *     such entry
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
     check(
@@ -216,7 +216,8 @@ public final class CryptographicToken extends PasswordHolder {
    * Deletes a pending request and its key pair.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
     check(

@@ -16,7 +16,8 @@ public final class KMSystem {
    * Restricts the library to approved algorithms and key sizes.
    *
    * @param requireValidatedProvider insist on OpenSSL's validated {@code fips} provider as well
-   * @throws CMSKeyDatabaseException with code 80 when that provider is required and not installed
+   * @throws CMSKeyDatabaseException with {@link ResultCode#UNSUPPORTED_OPTION} when that provider
+   *     is required and not installed
    * @throws IllegalStateException when the library is running: the mode is chosen before
    */
   public static synchronized void enableFips(boolean requireValidatedProvider)

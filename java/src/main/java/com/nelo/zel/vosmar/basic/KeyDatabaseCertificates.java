@@ -19,7 +19,8 @@ public final class KeyDatabaseCertificates {
    * Makes a key and a self-signed certificate for it.
    *
    * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
     int code;
@@ -45,7 +46,8 @@ public final class KeyDatabaseCertificates {
    * Makes a key and a request for a certificate, which both wait here for {@link #receive}.
    *
    * @param request what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
     int code;
@@ -68,8 +70,8 @@ public final class KeyDatabaseCertificates {
    * Issues a certificate for a request, signed by a key of this database.
    *
    * @param issue how it shall be issued
-   * @throws CMSKeyDatabaseException with code 117 when no key has the issuer's label, with code 125 when
-   *     the issuer may not issue
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     issuer's label, with {@link ResultCode#ISSUING_CERTIFICATE} when the issuer may not issue
    */
   public void issue(CertificateIssue issue) throws CMSKeyDatabaseException {
     SignatureAlgorithm algorithm = issue.wishedAlgorithm();
@@ -96,7 +98,8 @@ public final class KeyDatabaseCertificates {
    * @param source a file with the certificate, or with a PKCS&nbsp;#7 bundle that has it
    * @param encoding the form of the file
    * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with code 108 when no request belongs to the certificate
+   * @throws CMSKeyDatabaseException with {@link ResultCode#REQKEY_FOR_CERT_NULL} when no request
+   *     belongs to the certificate
    */
   public void receive(Path source, Encoding encoding, boolean makeDefault)
       throws CMSKeyDatabaseException {
@@ -112,7 +115,8 @@ public final class KeyDatabaseCertificates {
    * @param label its label
    * @param source the file of the certificate
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   public void addCa(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException {
     db.check(
@@ -170,7 +174,8 @@ public final class KeyDatabaseCertificates {
    *
    * @param label its label
    * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
     db.check(
@@ -184,7 +189,8 @@ public final class KeyDatabaseCertificates {
    * @param label its label
    * @param algorithm the digest of the signature
    * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
       throws CMSKeyDatabaseException {
@@ -201,7 +207,8 @@ public final class KeyDatabaseCertificates {
    * @param label the label of its entry
    * @param target the file
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 117 when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   public void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException {
     db.check(

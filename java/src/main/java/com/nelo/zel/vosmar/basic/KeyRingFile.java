@@ -12,7 +12,8 @@ public final class KeyRingFile {
    * @param db the key database
    * @param target the file, which does not exist yet
    * @param targetPassword the password that it gets
-   * @throws CMSKeyDatabaseException with code 9 when the file exists
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_ALREADY_EXISTS} when the file
+   *     exists
    */
   public static void write(CMSKeyDatabase db, Path target, char[] targetPassword)
       throws CMSKeyDatabaseException {
@@ -29,7 +30,8 @@ public final class KeyRingFile {
    * @param file the key database, which does not exist yet
    * @param password the password that the key database gets
    * @return the new database
-   * @throws CMSKeyDatabaseException with code 9 when the key database exists
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_ALREADY_EXISTS} when the key
+   *     database exists
    */
   public static CMSKeyDatabase toKeyDatabase(
       Path source, char[] sourcePassword, Path file, char[] password)

@@ -17,9 +17,6 @@ import java.util.List;
  * moment later, holds here too.
  */
 public final class MSCertificateStore extends PasswordHolder {
-  private static final int READ_FAILED = 12;
-  private static final int NO_SUCH_LABEL = 117;
-
   // Filled by the native method while the stores are listed.
   private static final List<String> CSP_NAMES = new ArrayList<>();
 
@@ -68,7 +65,9 @@ public final class MSCertificateStore extends PasswordHolder {
    * @param cspName its name
    * @param password its password, or null for none, which is what the stores of .NET have
    * @return the store
-   * @throws CMSKeyDatabaseException with code 139 when the store has no password and one is given
+   * @throws CMSKeyDatabaseException with
+   *     {@link ResultCode#CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED} when the store has no password
+   *     and one is given
    */
   public static MSCertificateStore open(String cspName, char[] password)
       throws CMSKeyDatabaseException {
@@ -103,12 +102,14 @@ public final class MSCertificateStore extends PasswordHolder {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with code 117 when no entry has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no entry has the
+   *     label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
     KeyItem item = c_GetKeyItemByLabel(cspName, password(), requireNonNull(label));
     if (item == null) {
-      throw failure(labels().all().contains(label) ? READ_FAILED : NO_SUCH_LABEL, label);
+      boolean known = labels().all().contains(label);
+      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
     }
     return item;
   }
@@ -142,7 +143,8 @@ public final class MSCertificateStore extends PasswordHolder {
    * Deletes an entry.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with code 117 when no entry has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no entry has the
+   *     label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
     check(c_DeleteKeyItemByLabel(cspName, password(), requireNonNull(label)), label);
@@ -154,7 +156,8 @@ public final class MSCertificateStore extends PasswordHolder {
    * @param label the label of the new entry
    * @param certificate a DER certificate
    * @param privateKey its key: PKCS#8, or RSA or EC in their own forms, as DER; null for none
-   * @throws CMSKeyDatabaseException with code 62 when they do not belong together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#VALIDATION_KEY_PAIR} when they do not
+   *     belong together
    */
   public void importCertificate(String label, byte[] certificate, byte[] privateKey)
       throws CMSKeyDatabaseException {
@@ -176,7 +179,8 @@ public final class MSCertificateStore extends PasswordHolder {
    * @param label the label of the new entry
    * @param certificate the file
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot
+   *     be read
    */
   public void addSigner(String label, Path certificate, Encoding encoding)
       throws CMSKeyDatabaseException {
@@ -191,7 +195,8 @@ public final class MSCertificateStore extends PasswordHolder {
    * Makes a key and a self-signed certificate for it.
    *
    * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    * @throws IllegalArgumentException when it shall be the default key or be written to a file: with a
    *     certificate store neither is possible
    */

@@ -52,6 +52,14 @@ abstract class PasswordHolder implements AutoCloseable {
     }
   }
 
+  final CMSKeyDatabaseException failure(ResultCode reason) {
+    return failure(reason.code());
+  }
+
+  final CMSKeyDatabaseException failure(ResultCode reason, Object what) {
+    return failure(reason.code(), what);
+  }
+
   final CMSKeyDatabaseException failure(int code) {
     return new CMSKeyDatabaseException(code, name);
   }

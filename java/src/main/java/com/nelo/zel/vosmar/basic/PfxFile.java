@@ -15,7 +15,8 @@ public final class PfxFile {
    * @param target the file
    * @param targetPassword the password of that file
    * @param labels the labels of the entries, one at least
-   * @throws CMSKeyDatabaseException with code 117 when no key has one of the labels
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has one of
+   *     the labels
    */
   public static void write(
       CMSKeyDatabase db, Path target, char[] targetPassword, List<String> labels)
@@ -43,8 +44,9 @@ public final class PfxFile {
    * @param db the key database that takes them
    * @param source the file
    * @param sourcePassword the password of that file
-   * @throws CMSKeyDatabaseException with code 120 when that password is wrong, with code 119 when the
-   *     file is no PKCS#12 file
+   * @throws CMSKeyDatabaseException with {@link ResultCode#PKCS12_PWD_CORRUPTION} when that
+   *     password is wrong, with {@link ResultCode#INVALID_PKCS12_DATA} when the file is no PKCS#12
+   *     file
    */
   public static void importInto(CMSKeyDatabase db, Path source, char[] sourcePassword)
       throws CMSKeyDatabaseException {

@@ -6,9 +6,6 @@ import java.util.List;
 
 /** PKCS&nbsp;#7 files (RFC&nbsp;2315), as bundles of certificates. */
 public final class Pkcs7File {
-  private static final int BAD_ASN1 = 2;
-  private static final int CANNOT_READ_FILE = 87;
-
   private Pkcs7File() {}
 
   /**
@@ -17,8 +14,8 @@ public final class Pkcs7File {
    * @param source the file
    * @param encoding the form of the file
    * @return the certificates, in the order of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read, with code 2 when it is
-   *     no PKCS&nbsp;#7
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot
+   *     be read, with {@link ResultCode#ASN} when it is no PKCS&nbsp;#7
    */
   public static List<CertificateItem> read(Path source, Encoding encoding)
       throws CMSKeyDatabaseException {
@@ -27,7 +24,8 @@ public final class Pkcs7File {
       CertificateItem[] certificates =
           none.c_ExtractCertFromPKCS7Data(source.toString(), encoding.isBase64());
       if (certificates == null) {
-        throw none.failure(Files.isReadable(source) ? BAD_ASN1 : CANNOT_READ_FILE);
+        throw none.failure(
+            Files.isReadable(source) ? ResultCode.ASN : ResultCode.FILE_OPEN_TO_READ);
       }
       return List.of(certificates);
     }

@@ -4,9 +4,6 @@ import java.nio.file.Path;
 
 /** Private keys under a password (RFC&nbsp;5958, section 3), without any key database. */
 public final class PrivateKeyEncryption {
-  private static final int CRYPTOGRAPHY_FAILED = 32;
-  private static final int WRONG_PASSWORD_OR_DAMAGED = 120;
-
   private PrivateKeyEncryption() {}
 
   /**
@@ -15,7 +12,8 @@ public final class PrivateKeyEncryption {
    * @param privateKey a DER PrivateKeyInfo, which the caller wipes
    * @param password the password
    * @return the encrypted key
-   * @throws CMSKeyDatabaseException with code 32 when the bytes are no private key
+   * @throws CMSKeyDatabaseException with {@link ResultCode#CRYPTO} when the bytes are no private
+   *     key
    */
   public static EncryptedPrivateKeyInfoItem encrypt(byte[] privateKey, char[] password)
       throws CMSKeyDatabaseException {
@@ -24,7 +22,7 @@ public final class PrivateKeyEncryption {
       EncryptedPrivateKeyInfoItem item =
           none.c_EncryptPrivateKey(privateKey.length, privateKey, none.password());
       if (item == null) {
-        throw none.failure(CRYPTOGRAPHY_FAILED);
+        throw none.failure(ResultCode.CRYPTO);
       }
       return item;
     }
@@ -36,7 +34,8 @@ public final class PrivateKeyEncryption {
    * @param privateKey the encrypted key
    * @param password its password
    * @return the key in the clear, which the caller closes
-   * @throws CMSKeyDatabaseException with code 120 when the password is wrong or the key damaged
+   * @throws CMSKeyDatabaseException with {@link ResultCode#PKCS12_PWD_CORRUPTION} when the password
+   *     is wrong or the key damaged
    */
   public static PrivateKeyInfoItem decrypt(
       EncryptedPrivateKeyInfoItem privateKey, char[] password) throws CMSKeyDatabaseException {
@@ -45,7 +44,7 @@ public final class PrivateKeyEncryption {
     try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
       PrivateKeyInfoItem item = none.c_DecryptPrivateKey(der.length, der, none.password());
       if (item == null) {
-        throw none.failure(WRONG_PASSWORD_OR_DAMAGED);
+        throw none.failure(ResultCode.PKCS12_PWD_CORRUPTION);
       }
       return item;
     }

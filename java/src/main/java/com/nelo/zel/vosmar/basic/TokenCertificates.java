@@ -20,8 +20,8 @@ public final class TokenCertificates {
    *
    * @param source the file
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read, 108 when there is no
-   *     such request
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot
+   *     be read, {@link ResultCode#REQKEY_FOR_CERT_NULL} when there is no such request
    */
   public void receive(Path source, Encoding encoding) throws CMSKeyDatabaseException {
     token.check(
@@ -37,7 +37,8 @@ public final class TokenCertificates {
    * @param label the label of the new entry
    * @param certificate a DER certificate
    * @param privateKey its key: PKCS#8, or RSA or EC in their own forms, as DER; null for none
-   * @throws CMSKeyDatabaseException with code 62 when they do not belong together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#VALIDATION_KEY_PAIR} when they do not
+   *     belong together
    */
   public void importCertificate(String label, byte[] certificate, byte[] privateKey)
       throws CMSKeyDatabaseException {
@@ -55,7 +56,8 @@ public final class TokenCertificates {
    * @param label the label of the new entry
    * @param source the file
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 87 when the file cannot be read
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot
+   *     be read
    */
   public void addSigner(String label, Path source, Encoding encoding)
       throws CMSKeyDatabaseException {
@@ -72,7 +74,8 @@ public final class TokenCertificates {
    * @param label the label of its entry
    * @param target the file
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with code 117 when the token has no such entry
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
+   *     such entry
    */
   public void extract(String label, Path target, Encoding encoding)
       throws CMSKeyDatabaseException {
@@ -87,7 +90,8 @@ public final class TokenCertificates {
    * Makes a key pair on the token and a certificate request for it.
    *
    * @param request what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    * @throws IllegalArgumentException when it shall ask for extensions, which a token does not do
    */
   public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
@@ -108,7 +112,8 @@ public final class TokenCertificates {
    * @param label the label of the new entry
    * @param request a DER CertificationRequest (PKCS#10, RFC&nbsp;2986)
    * @param privateKey its key as DER, or null
-   * @throws CMSKeyDatabaseException with code 62 when they do not belong together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#VALIDATION_KEY_PAIR} when they do not
+   *     belong together
    */
   public void importRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException {
@@ -124,7 +129,8 @@ public final class TokenCertificates {
    *
    * @param label its label
    * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
     token.check(
@@ -140,7 +146,8 @@ public final class TokenCertificates {
    * @param label its label
    * @param algorithm the digest of the signature
    * @param target the file
-   * @throws CMSKeyDatabaseException with code 117 when no request has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
       throws CMSKeyDatabaseException {
@@ -155,7 +162,8 @@ public final class TokenCertificates {
    * Makes a key pair on the token and a self-signed certificate for it.
    *
    * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with code 23 when the label is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    * @throws IllegalArgumentException when it shall be the default key, have given extensions or be
    *     written to a file: with a token none of these is possible
    */

@@ -18,7 +18,7 @@ final class ErrorReport implements IExecutionExceptionHandler {
     boolean json = command.getParseResult().hasMatchedOption(Output.JSON_OPTION);
     if (failure instanceof CMSKeyDatabaseException ofLibrary) {
       err.println(json ? Json.write(Map.of("error", data(ofLibrary))) : text(ofLibrary));
-      return ExitCode.of(ofLibrary.code());
+      return ExitCode.of(ofLibrary.kind());
     }
     if (failure instanceof SecretException || failure instanceof IllegalArgumentException) {
       String message = failure.getMessage();
@@ -30,7 +30,11 @@ final class ErrorReport implements IExecutionExceptionHandler {
   }
 
   private static String text(CMSKeyDatabaseException failure) {
-    return ("vosmar: " + failure.getMessage() + ". " + Advice.of(failure.code())).strip();
+    return ("vosmar: " + failure.getMessage() + ". " + advice(failure)).strip();
+  }
+
+  private static String advice(CMSKeyDatabaseException failure) {
+    return failure.reason().map(Advice::of).orElse("");
   }
 
   private static Map<String, Object> data(CMSKeyDatabaseException failure) {
@@ -39,6 +43,6 @@ final class ErrorReport implements IExecutionExceptionHandler {
         entry("name", failure.codeName()),
         entry("subject", failure.subject()),
         entry("message", failure.getMessage()),
-        entry("advice", Advice.of(failure.code())));
+        entry("advice", advice(failure)));
   }
 }

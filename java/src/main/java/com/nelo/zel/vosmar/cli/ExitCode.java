@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
+import com.nelo.zel.vosmar.basic.ResultKind;
+
 /** The exit codes of the command line. */
 final class ExitCode {
   static final int OK = 0;
@@ -12,13 +14,13 @@ final class ExitCode {
 
   private ExitCode() {}
 
-  /** The exit code for a result code of the key management library. */
-  static int of(int resultCode) {
-    return switch (resultCode) {
-      case 16, 68, 69, 70, 103, 120, 130, 131, 132, 138, 139 -> PASSWORD;
-      case 87, 89, 101, 108, 117, 137, 140, 151 -> NOT_FOUND;
-      case 9, 21, 23, 26, 27, 29 -> EXISTS;
-      case 12, 15, 17, 18, 19, 20, 119 -> UNREADABLE;
+  /** The exit code for a failure of the key management library. */
+  static int of(ResultKind kind) {
+    return switch (kind) {
+      case PASSWORD -> PASSWORD;
+      case NOT_FOUND -> NOT_FOUND;
+      case EXISTS -> EXISTS;
+      case UNREADABLE -> UNREADABLE;
       default -> FAILED;
     };
   }

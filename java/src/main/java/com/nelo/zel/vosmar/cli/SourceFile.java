@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.Encoding;
+import com.nelo.zel.vosmar.basic.ResultCode;
 import java.io.IOException;
 import java.io.InputStream;
 import java.nio.file.Files;
@@ -12,9 +13,6 @@ import picocli.CommandLine.Option;
 
 /** A file to be read, in DER or Base64, which is told from its content. */
 final class SourceFile {
-  private static final int BAD_ASN1 = 2;
-  private static final int CANNOT_READ_FILE = 87;
-
   @Option(
       names = {"-i", "--in"},
       required = true,
@@ -30,7 +28,7 @@ final class SourceFile {
     try {
       return Encoding.of(path);
     } catch (IOException unreadable) {
-      throw new CMSKeyDatabaseException(CANNOT_READ_FILE, path.toString());
+      throw new CMSKeyDatabaseException(ResultCode.FILE_OPEN_TO_READ, path.toString());
     }
   }
 
@@ -39,9 +37,9 @@ final class SourceFile {
     try (InputStream stream = Files.newInputStream(path)) {
       return CertificateFactory.getInstance("X.509").generateCertificate(stream).getEncoded();
     } catch (IOException unreadable) {
-      throw new CMSKeyDatabaseException(CANNOT_READ_FILE, path.toString());
+      throw new CMSKeyDatabaseException(ResultCode.FILE_OPEN_TO_READ, path.toString());
     } catch (CertificateException noCertificate) {
-      throw new CMSKeyDatabaseException(BAD_ASN1, path.toString());
+      throw new CMSKeyDatabaseException(ResultCode.ASN, path.toString());
     }
   }
 }
