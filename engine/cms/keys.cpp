@@ -1,6 +1,5 @@
 #include "engine/cms/keys.h"
 
-#include "engine/cms/signing.h"
 #include "engine/sys/trace.h"
 
 namespace zel::cms {
@@ -12,22 +11,6 @@ constexpr int kEd25519Size = 255;
 
 bool isSupported(const EVP_PKEY& key) {
   return describeKey(key).algorithm != KeyAlgorithm::unknown;
-}
-
-/**
- * Whether what the private half signs, the public half verifies. The bytes of a private key hold
- * both halves, and nothing makes them belong together. It tells as much as the arithmetic check,
- * which takes a minute to prove the primes of the largest RSA keys.
- */
-bool signsFor(const EVP_PKEY& key, EVP_PKEY& publicKey) {
-  constexpr std::uint8_t kMessage[] = {'p', 'a', 'i', 'r'};
-  // With no digest named, both sides take the one that the key is for.
-  const sys::Result<sys::Bytes> signature = signMessage(key, SigningDigest::none, kMessage);
-  const std::unique_ptr<EVP_MD_CTX, Releaser<EVP_MD_CTX_free>> context(EVP_MD_CTX_new());
-  return signature && context &&
-         EVP_DigestVerifyInit(context.get(), nullptr, nullptr, nullptr, &publicKey) == 1 &&
-         EVP_DigestVerify(context.get(), signature.value().data(), signature.value().size(),
-                          kMessage, sizeof kMessage) == 1;
 }
 
 /** Tells a key of an algorithm that is not ours from bytes that are not as the algorithm wants. */
@@ -104,15 +87,6 @@ sys::Result<sys::Bytes> publicKeyInfo(const EVP_PKEY& key) {
   sys::Bytes spki = encodeDer(i2d_PUBKEY, &key);
   if (spki.empty()) return cryptoFailure(ZELKM_ERR_CRYPTO, "encode a public key");
   return spki;
-}
-
-bool isPair(const EVP_PKEY& key, sys::ByteView spki) {
-  const PublicKeyPtr info = decodeDer<PublicKeyPtr>(d2i_X509_PUBKEY, spki);
-  EVP_PKEY* publicKey = info ? X509_PUBKEY_get0(info.get()) : nullptr;
-  const bool matches =
-      publicKey != nullptr && EVP_PKEY_eq(publicKey, &key) == 1 && signsFor(key, *publicKey);
-  ERR_clear_error();
-  return matches;
 }
 
 sys::Result<sys::SecretBytes> privateKeyInfo(const EVP_PKEY& key) {

@@ -48,9 +48,6 @@ ZEL_CMS_API sys::Result<KeyTraits> describePublicKey(sys::ByteView spki);
 /** publicKeyInfo answers the key's SubjectPublicKeyInfo, DER. */
 ZEL_CMS_API sys::Result<sys::Bytes> publicKeyInfo(const EVP_PKEY& key);
 
-/** Whether the SubjectPublicKeyInfo is the public half of the key. */
-ZEL_CMS_API bool isPair(const EVP_PKEY& key, sys::ByteView spki);
-
 /** privateKeyInfo answers the key's PrivateKeyInfo in clear, DER. */
 ZEL_CMS_API sys::Result<sys::SecretBytes> privateKeyInfo(const EVP_PKEY& key);
 

@@ -47,6 +47,22 @@ int signatureNid(KeyAlgorithm algorithm, SigningDigest digest) {
   return nid;
 }
 
+/**
+ * Whether what the private half signs, the public half verifies. The bytes of a private key hold
+ * both halves, and nothing makes them belong together. It tells as much as the arithmetic check,
+ * which takes a minute to prove the primes of the largest RSA keys.
+ */
+bool signsFor(const EVP_PKEY& key, EVP_PKEY& publicKey) {
+  constexpr std::uint8_t kMessage[] = {'p', 'a', 'i', 'r'};
+  // With no digest named, both sides take the one that the key is for.
+  const sys::Result<sys::Bytes> signature = signMessage(key, SigningDigest::none, kMessage);
+  const DigestContextPtr context(EVP_MD_CTX_new());
+  return signature && context &&
+         EVP_DigestVerifyInit(context.get(), nullptr, nullptr, nullptr, &publicKey) == 1 &&
+         EVP_DigestVerify(context.get(), signature.value().data(), signature.value().size(),
+                          kMessage, sizeof kMessage) == 1;
+}
+
 }  // namespace
 
 sys::Result<SigningDigest> chooseDigest(const KeyTraits& key, int selector) {
@@ -92,6 +108,15 @@ sys::Result<sys::Bytes> signMessage(const EVP_PKEY& key, SigningDigest digest,
   }
   signature.resize(length);
   return signature;
+}
+
+bool isPair(const EVP_PKEY& key, sys::ByteView spki) {
+  const PublicKeyPtr info = decodeDer<PublicKeyPtr>(d2i_X509_PUBKEY, spki);
+  EVP_PKEY* publicKey = info ? X509_PUBKEY_get0(info.get()) : nullptr;
+  const bool matches =
+      publicKey != nullptr && EVP_PKEY_eq(publicKey, &key) == 1 && signsFor(key, *publicKey);
+  ERR_clear_error();
+  return matches;
 }
 
 }  // namespace zel::cms

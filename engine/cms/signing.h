@@ -47,6 +47,9 @@ ZEL_CMS_API sys::Result<sys::Bytes> signatureAlgorithm(KeyAlgorithm algorithm,
 ZEL_CMS_API sys::Result<sys::Bytes> signMessage(const EVP_PKEY& key, SigningDigest digest,
                                                 sys::ByteView message);
 
+/** Whether the SubjectPublicKeyInfo is the public half of the key. */
+ZEL_CMS_API bool isPair(const EVP_PKEY& key, sys::ByteView spki);
+
 }  // namespace zel::cms
 
 #endif  // ZEL_CMS_SIGNING_H_

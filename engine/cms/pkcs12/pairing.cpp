@@ -1,7 +1,7 @@
 #include "engine/cms/pkcs12/pairing.h"
 
 #include "engine/cms/certificates.h"
-#include "engine/cms/keys.h"
+#include "engine/cms/signing.h"
 #include "engine/sys/trace.h"
 
 namespace zel::cms {
