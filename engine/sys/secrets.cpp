@@ -3,9 +3,9 @@
 #include <sys/mman.h>
 
 #include <bitset>
-#include <mutex>
 #include <utility>
 
+#include "engine/sys/mutex.h"
 #include "engine/sys/trace.h"
 
 namespace zel::sys {
@@ -27,7 +27,7 @@ class LockedMemory {
   /** Null when there is no room for so much. */
   std::uint8_t* take(std::size_t size) {
     const std::size_t wanted = slotsOf(size);
-    std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     if (region_ == nullptr) return nullptr;
     std::size_t free = 0;
     for (std::size_t slot = 0; slot < kSlots; ++slot) {
@@ -41,7 +41,7 @@ class LockedMemory {
   }
 
   void giveBack(std::uint8_t* block, std::size_t size) {
-    std::lock_guard lock(mutex_);
+    const Lock lock(mutex_);
     const auto first = static_cast<std::size_t>(block - region_) / kSlotSize;
     for (std::size_t each = 0; each < slotsOf(size); ++each) taken_[first + each] = false;
   }
@@ -63,9 +63,9 @@ class LockedMemory {
 
   static std::size_t slotsOf(std::size_t size) { return (size + kSlotSize - 1) / kSlotSize; }
 
-  std::mutex mutex_;
-  std::uint8_t* region_ = nullptr;
-  std::bitset<kSlots> taken_;
+  std::uint8_t* region_ = nullptr; /**< as the constructor leaves it */
+  Mutex mutex_;
+  std::bitset<kSlots> taken_ ZEL_GUARDED_BY(mutex_);
 };
 
 }  // namespace

@@ -12,9 +12,10 @@
 #include <cstring>
 #include <ctime>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
+
+#include "engine/sys/mutex.h"
 
 namespace zel::sys {
 
@@ -96,8 +97,8 @@ class TraceFile {
 };
 
 struct Trace {
-  std::mutex mutex;
-  std::vector<std::unique_ptr<TraceFile>> files;
+  Mutex mutex;
+  std::vector<std::unique_ptr<TraceFile>> files ZEL_GUARDED_BY(mutex);
   std::atomic<bool> on = false;
 };
 
@@ -136,8 +137,9 @@ void writeToAll(const char* format, va_list arguments) {
   if (!trace().on.load(std::memory_order_relaxed)) return;
   std::string message = oneLine(format, arguments);
   std::string when = now();
-  std::lock_guard lock(trace().mutex);
-  for (auto& file : trace().files) file->write(when, message);
+  Trace& all = trace();
+  const Lock lock(all.mutex);
+  for (auto& file : all.files) file->write(when, message);
 }
 
 }  // namespace
@@ -145,8 +147,9 @@ void writeToAll(const char* format, va_list arguments) {
 Status startTrace(const char* component, const char* fileName, TraceSettings settings) {
   if (component == nullptr || fileName == nullptr) return Failure{ZELKM_ERR_NULL_PARAMETER};
   if (*fileName == '\0') return Failure{ZELKM_ERR_FILENAME_NULL};
-  std::lock_guard lock(trace().mutex);
-  auto& files = trace().files;
+  Trace& all = trace();
+  const Lock lock(all.mutex);
+  auto& files = all.files;
   auto known = std::find_if(files.begin(), files.end(),
                             [&](const auto& file) { return file->name() == fileName; });
   if (known != files.end()) {
@@ -157,14 +160,15 @@ Status startTrace(const char* component, const char* fileName, TraceSettings set
   if (!file->open()) return Failure{ZELKM_ERR_FILE_OPEN_TO_WRITE};
   file->adopt(component, settings);
   files.push_back(std::move(file));
-  trace().on = true;
+  all.on = true;
   return success();
 }
 
 void stopTrace() {
-  std::lock_guard lock(trace().mutex);
-  trace().on = false;
-  trace().files.clear();
+  Trace& all = trace();
+  const Lock lock(all.mutex);
+  all.on = false;
+  all.files.clear();
 }
 
 void traceLine(const char* format, ...) {

@@ -13,7 +13,7 @@ HandleTable& HandleTable::instance() {
 
 int HandleTable::add(std::unique_ptr<Store> store) {
   auto entry = std::make_shared<OpenStore::Entry>(std::move(store));
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   do {
     last_ = last_ == std::numeric_limits<int>::max() ? 1 : last_ + 1;
   } while (entries_.contains(last_));
@@ -24,7 +24,7 @@ int HandleTable::add(std::unique_ptr<Store> store) {
 sys::Result<OpenStore> HandleTable::borrow(int handle) {
   std::shared_ptr<OpenStore::Entry> entry;
   {
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     auto found = entries_.find(handle);
     if (found == entries_.end()) return sys::Failure{ZELKM_ERR_INVALID_DB_HANDLE};
     entry = found->second;
@@ -34,7 +34,7 @@ sys::Result<OpenStore> HandleTable::borrow(int handle) {
 
 sys::Status HandleTable::close(int handle) {
   std::shared_ptr<OpenStore::Entry> closed;
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   auto found = entries_.find(handle);
   if (found == entries_.end()) return sys::Failure{ZELKM_ERR_INVALID_DB_HANDLE};
   closed = std::move(found->second);
@@ -44,7 +44,7 @@ sys::Status HandleTable::close(int handle) {
 
 void HandleTable::closeAll() {
   std::unordered_map<int, std::shared_ptr<OpenStore::Entry>> closed;
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   closed.swap(entries_);
 }
 

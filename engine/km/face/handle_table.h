@@ -6,6 +6,7 @@
 #include <unordered_map>
 
 #include "engine/km/store/store.h"
+#include "engine/sys/mutex.h"
 #include "engine/sys/result.h"
 
 /**
@@ -55,9 +56,9 @@ class HandleTable {
   void closeAll();
 
  private:
-  std::mutex mutex_;
-  std::unordered_map<int, std::shared_ptr<OpenStore::Entry>> entries_;
-  int last_ = 0;
+  sys::Mutex mutex_;
+  std::unordered_map<int, std::shared_ptr<OpenStore::Entry>> entries_ ZEL_GUARDED_BY(mutex_);
+  int last_ ZEL_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace zel::km

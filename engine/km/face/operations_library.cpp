@@ -1,4 +1,3 @@
-#include <mutex>
 #include <set>
 
 #include "bridge/kmlib/zelkm.h"
@@ -9,6 +8,7 @@
 #include "engine/km/keydb/password_cache.h"
 #include "engine/km/store/crypto_mode.h"
 #include "engine/sys/file_name.h"
+#include "engine/sys/mutex.h"
 #include "engine/sys/password.h"
 #include "engine/sys/trace.h"
 
@@ -20,10 +20,13 @@ namespace {
 // The caller gives the block away for good. It is kept, not freed, because nothing forbids to give
 // the same one twice.
 void keepForGood(ZELKMCryptoInfo* info) {
-  static std::mutex mutex;
-  static auto* kept = new std::set<ZELKMCryptoInfo*>;
-  std::lock_guard lock(mutex);
-  kept->insert(info);
+  struct Kept {
+    sys::Mutex mutex;
+    std::set<ZELKMCryptoInfo*> infos ZEL_GUARDED_BY(mutex);
+  };
+  static auto* kept = new Kept;
+  const sys::Lock lock(kept->mutex);
+  kept->infos.insert(info);
 }
 
 }  // namespace
