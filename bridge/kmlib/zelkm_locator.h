@@ -21,6 +21,9 @@
  *     int rc = ZELKM_OpenKeyDbX(&locator, &handle);
  *
  * A library must not read past the extent of the operation.
+ *
+ * What follows "Our engine:" is how libzel7km_64, the library of this repository, reads a field;
+ * another library may keep the layout and read it otherwise.
  */
 
 #ifdef __cplusplus
@@ -31,6 +34,7 @@ extern "C" {
 enum {
   KEYDB_LOCATOR_KEY_DATABASE = 1,
   KEYDB_LOCATOR_TOKEN = 2,
+  /** Our engine: 80, but for ZELKM_IsPasswordRequired, where it is as type 1. */
   KEYDB_LOCATOR_WEBDB = 3,
   KEYDB_LOCATOR_CERTIFICATE_STORE = 4
 };
@@ -45,11 +49,27 @@ enum {
 typedef struct KeyDbLocator {
   uint32_t type; /**< one of KEYDB_LOCATOR_... */
   uint32_t padding;
-  const char* fileName;   /**< type 1 and 3: the key database file */
-  const char* moduleName; /**< type 2: the PKCS #11 module */
-  const char* tokenLabel; /**< type 2: the token's label; type 4: the CSP name */
+  const char* fileName; /**< type 1 and 3: the key database file */
+  /**
+   * Type 2: the PKCS #11 module.
+   * Our engine: a file, or a name out of p11-kit's configuration, with initialisation arguments
+   * after "?args=" (docs/tokens.md).
+   */
+  const char* moduleName;
+  /**
+   * Type 2: the token's label; type 4: the CSP name.
+   * Our engine: tokens of one module with one label are numbered, "twin", "twin (2)"; CSP names
+   * are "CurrentUser/My", "CurrentUser/Root" and "CurrentUser/CA".
+   */
+  const char* tokenLabel;
   unsigned char reserved1[240];
-  const char* password;    /**< null when there is none */
+  /**
+   * Null when there is none.
+   * Our engine: the empty password is none. Without one, type 1 opens with its stash file (103 when
+   * it has none), type 2 a token that wants no PIN (138 when it wants one). Type 4 never takes one
+   * (139).
+   */
+  const char* password;
   const char* newPassword; /**< ZELKM_ChangeKeyDbPwdX only */
   unsigned char reserved2[256];
 } KeyDbLocator;

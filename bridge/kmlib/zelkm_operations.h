@@ -23,6 +23,13 @@
  *     handed out, by free or ZELKM_Free alike.
  *  6. Flags are single bytes, 0 or 1.
  *  7. No operation throws.
+ *
+ * Some arguments are fixed by their place and width alone: firstFlag, secondNumber, a key size, a
+ * selector. What they mean is the library's own affair, and callers that know only this interface
+ * pass on what they were given. A paragraph that begins with "Our engine:" tells what
+ * libzel7km_64, the library of this repository, takes such an argument for. Another library may
+ * keep the interface and mean something else; everything outside these paragraphs binds it too.
+ * Numbers in parentheses are result codes; docs/engine-errors.md lists them all by operation.
  */
 
 #if defined(ZELKM_BUILDING_LIBRARY)
@@ -43,14 +50,27 @@ ZELKM_API int ZELKM_Init(void);
 /** ZELKM_CleanAll closes every handle and wipes every secret that the library still holds. */
 ZELKM_API int ZELKM_CleanAll(void);
 
-/** ZELKM_StartTrace starts the library's own trace into a file, for the component of the tag. */
+/**
+ * ZELKM_StartTrace starts the library's own trace into a file, for the component of the tag.
+ *
+ * Our engine: firstSetting is how many older files are kept beside the current one (0 to 1,000;
+ * with 0 a full file starts afresh), secondSetting the size at which a file is full, in KiB; 0
+ * means without limit. What is below zero counts as 0, and more than 1,000 older files as 1,000.
+ */
 ZELKM_API int ZELKM_StartTrace(const char* componentTag, const char* traceFileName,
                                int64_t firstSetting, int64_t secondSetting);
 
-/** ZELKM_SetCryptoInfo sets the crypto mode; the library keeps the block for good. */
+/**
+ * ZELKM_SetCryptoInfo sets the crypto mode; the library keeps the block for good. What the flags
+ * mean is told at ZELKMCryptoInfo.
+ */
 ZELKM_API int ZELKM_SetCryptoInfo(ZELKMCryptoInfo* info);
 
-/** ZELKM_GetMaxCryptoKeySize answers the largest allowed key size in bits, not a result code. */
+/**
+ * ZELKM_GetMaxCryptoKeySize answers the largest allowed key size in bits, not a result code.
+ *
+ * Our engine: selector 1 is RSA and answers 16384; any other answers 0.
+ */
 ZELKM_API uint32_t ZELKM_GetMaxCryptoKeySize(uint32_t selector);
 
 /** ZELKM_Malloc answers a new block of size bytes, not cleared, or null. */
@@ -90,7 +110,11 @@ ZELKM_API int ZELKM_CloseKeyDb(int handle);
 ZELKM_API int ZELKM_ChangeKeyDbPwd(const char* fileName, const char* oldPassword,
                                    const char* newPassword, int64_t lifetime);
 
-/** ZELKM_ChangeKeyDbPwdX changes a password (KEYDB_LOCATOR_CHANGE_EXTENT bytes are read). */
+/**
+ * ZELKM_ChangeKeyDbPwdX changes a password (KEYDB_LOCATOR_CHANGE_EXTENT bytes are read).
+ *
+ * Our engine: the new password of a key database has no lifetime.
+ */
 ZELKM_API int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator);
 
 /** ZELKM_StashKeyDbPwd writes the password to the stash file beside the database. */
@@ -99,6 +123,9 @@ ZELKM_API int ZELKM_StashKeyDbPwd(const char* fileName, const char* password);
 /**
  * ZELKM_IsPasswordRequired sets the byte to 1 when opening needs a password
  * (KEYDB_LOCATOR_QUERY_EXTENT bytes of the locator are read).
+ *
+ * Our engine: for locators of type 1 and 3, 0 when a stash file that opens the database stands
+ * beside it, else 1; of type 2, whether the token wants a PIN from a program; of type 4, always 0.
  */
 ZELKM_API int ZELKM_IsPasswordRequired(const KeyDbLocator* locator, unsigned char* required);
 
@@ -132,7 +159,11 @@ ZELKM_API int ZELKM_GetCryptoTokenLabelList(const char* moduleName, ZELKMLabelLi
 /** ZELKM_GetKeyItemByLabel reads a key entry. Released by ZELKM_FreeKeyItem. */
 ZELKM_API int ZELKM_GetKeyItemByLabel(int handle, const char* label, ZELKMKeyItem** item);
 
-/** ZELKM_GetKeyItemListByLabel reads all with the label. Released by ZELKM_FreeKeyItemList. */
+/**
+ * ZELKM_GetKeyItemListByLabel reads all with the label. Released by ZELKM_FreeKeyItemList.
+ *
+ * Our engine: labels are unique in a store, so the list has one item.
+ */
 ZELKM_API int ZELKM_GetKeyItemListByLabel(int handle, const char* label, ZELKMKeyItemList** list);
 
 /**
@@ -151,13 +182,26 @@ ZELKM_API int ZELKM_GetReqKeyItemByLabel(int handle, const char* label, ZELKMReq
 /** ZELKM_IsPrivateKeyPresent sets the byte to 1 when the entry has a private key. */
 ZELKM_API int ZELKM_IsPrivateKeyPresent(int handle, const char* label, unsigned char* present);
 
-/** ZELKM_InsertKey stores a certificate, with its key when there is one. */
+/**
+ * ZELKM_InsertKey stores a certificate, with its key when there is one.
+ *
+ * Our engine: the certificate is DER. The key is a PrivateKeyInfo (PKCS #8), an
+ * EncryptedPrivateKeyInfo under the password of the store, or a traditional RSAPrivateKey or
+ * ECPrivateKey, all DER; it has to belong to the certificate (62). firstFlag marks the entry as
+ * trusted, secondFlag makes it the default key, which takes a key (111). Tokens (141) and
+ * certificate stores (80) have no default key.
+ */
 ZELKM_API int ZELKM_InsertKey(int handle, const char* label, uint32_t certLength,
                               const unsigned char* certBytes, uint32_t keyLength,
                               const unsigned char* keyBytes, unsigned char firstFlag,
                               unsigned char secondFlag);
 
-/** ZELKM_InsertReqKey stores a pending request with its key. */
+/**
+ * ZELKM_InsertReqKey stores a pending request with its key.
+ *
+ * Our engine: the first bytes are the CertificationRequest (PKCS #10), DER, the second the private
+ * key, in the forms that ZELKM_InsertKey takes.
+ */
 ZELKM_API int ZELKM_InsertReqKey(int handle, const char* label, uint32_t firstLength,
                                  const unsigned char* firstBytes, uint32_t secondLength,
                                  const unsigned char* secondBytes);
@@ -178,13 +222,29 @@ ZELKM_API void ZELKM_InitDNItem(ZELKMDNItem** dn);
 /**
  * ZELKM_CreateSelfSignedCert makes a key pair and a self-signed certificate under the label, and
  * writes the certificate to a file too when a name is given.
+ *
+ * Our engine: firstFlag makes the entry the default key. firstNumber is the X.509 version, 1 to 3
+ * (45 for another). secondNumber is the key size, which chooses the algorithm as well: 2048 to
+ * 16384 an RSA key of so many bits; 256, 384 and 521 an EC key on the NIST curve of that size;
+ * 25519 an Ed25519 key; any other size is 41. thirdNumber is the validity in days from now on, at
+ * least 1 (48) and not beyond the year 9999 (129). secondFlag writes the file as Base64 in PEM
+ * armour, else as DER. The serial number is random, 127 bits. The signature is made by the key's
+ * strength: SHA-256, SHA-384 or SHA-512. A certificate of version 3 is an authority's: basic
+ * constraints with CA true and no path length, key usages digitalSignature, keyCertSign and
+ * cRLSign, both critical, and the subject and authority key identifiers. The entry is trusted.
  */
 ZELKM_API int ZELKM_CreateSelfSignedCert(int handle, const char* label, unsigned char firstFlag,
                                          int firstNumber, int secondNumber, const ZELKMDNItem* dn,
                                          int thirdNumber, const char* certFileName,
                                          unsigned char secondFlag);
 
-/** ZELKM_CreateSelfSignedCertSigExt is the same with a signature algorithm and extensions. */
+/**
+ * ZELKM_CreateSelfSignedCertSigExt is the same with a signature algorithm and extensions.
+ *
+ * Our engine: signatureAlgorithm 1 is SHA-256 and 2 is SHA-512, with the algorithm of the key; any
+ * other is 133. Ed25519, which hashes for itself, ignores the choice. The extensions are a DER
+ * `Extensions` (RFC 5280, 4.1) and stand in the place of an authority's; they take version 3 (45).
+ */
 ZELKM_API int ZELKM_CreateSelfSignedCertSigExt(
     int handle, const char* label, unsigned char firstFlag, int firstNumber, int secondNumber,
     const ZELKMDNItem* dn, int thirdNumber, int signatureAlgorithm, const unsigned char* extensions,
@@ -194,14 +254,25 @@ ZELKM_API int ZELKM_CreateSelfSignedCertSigExt(
  * The request and issue operations end in two arguments of which only that they are zero is known.
  * They are 64 bits wide, so that a library that reads a pointer there finds null, and one that
  * reads a smaller number finds zero.
+ *
+ * Our engine: it does not look at them. Key size, signature algorithm and extensions are what they
+ * are for ZELKM_CreateSelfSignedCertSigExt throughout.
  */
 
-/** ZELKM_CreateNewCertReq makes a key pair and a request under the label, and writes its file. */
+/**
+ * ZELKM_CreateNewCertReq makes a key pair and a request under the label, and writes its file.
+ *
+ * Our engine: no file is written when its name is null. Request files are PEM.
+ */
 ZELKM_API int ZELKM_CreateNewCertReq(int handle, const char* label, int keySize,
                                      const ZELKMDNItem* dn, const char* certReqFileName,
                                      int64_t zero1, int64_t zero2);
 
-/** ZELKM_CreateNewCertReqSigExt is the same with a signature algorithm and extensions. */
+/**
+ * ZELKM_CreateNewCertReqSigExt is the same with a signature algorithm and extensions.
+ *
+ * Our engine: the extensions are what the request asks for (`extensionRequest`, RFC 2985, 5.4.2).
+ */
 ZELKM_API int ZELKM_CreateNewCertReqSigExt(int handle, const char* label, int keySize,
                                            const ZELKMDNItem* dn, int signatureAlgorithm,
                                            const unsigned char* extensions,
@@ -212,22 +283,45 @@ ZELKM_API int ZELKM_CreateNewCertReqSigExt(int handle, const char* label, int ke
 ZELKM_API int ZELKM_ReCreateCertReq(int handle, const char* label, const char* certReqFileName,
                                     int64_t zero1, int64_t zero2);
 
+/**
+ * ZELKM_ReCreateCertReqSig does so with a new signature.
+ *
+ * Our engine: the request that is signed anew takes the place of the pending one.
+ */
 ZELKM_API int ZELKM_ReCreateCertReqSig(int handle, const char* label, int signatureAlgorithm,
                                        const char* certReqFileName, int64_t zero1, int64_t zero2);
 
-/** ZELKM_IssueCert signs a request with the issuer's key and writes the certificate file. */
+/**
+ * ZELKM_IssueCert signs a request with the issuer's key and writes the certificate file.
+ *
+ * Our engine: firstNumber is the X.509 version, 1 to 3. serialNumber is decimal, or hexadecimal
+ * after "0x", above zero and of at most 159 bits (67); null or empty asks for a random one of 127
+ * bits. secondNumber is the validity in days, as for ZELKM_CreateSelfSignedCert. The flag writes
+ * the file as Base64 in PEM armour, else as DER; it needs a name (85). A certificate of version 3
+ * is granted, of the extensions that the request asks for: alternative names and extended key
+ * usages, as they stand; key usages, those of an authority for an authority only; the rights of an
+ * authority, unless the issuer's path length is 0, and with a path length below the issuer's where
+ * that has one. It always has basic constraints and both key identifiers, and never anything else.
+ */
 ZELKM_API int ZELKM_IssueCert(int handle, const unsigned char* requestBytes, uint32_t requestLength,
                               const char* issuerLabel, int firstNumber, const char* serialNumber,
                               int secondNumber, const char* certFileName, unsigned char flag,
                               int64_t zero1, int64_t zero2);
 
+/** ZELKM_IssueCertSig is the same with a signature algorithm. */
 ZELKM_API int ZELKM_IssueCertSig(int handle, const unsigned char* requestBytes,
                                  uint32_t requestLength, const char* issuerLabel, int firstNumber,
                                  const char* serialNumber, int secondNumber, int signatureAlgorithm,
                                  const char* certFileName, unsigned char flag, int64_t zero1,
                                  int64_t zero2);
 
-/** ZELKM_ReceiveCert joins a certificate with the pending request that holds its key. */
+/**
+ * ZELKM_ReceiveCert joins a certificate with the pending request that holds its key.
+ *
+ * Our engine: the bytes are a certificate, a PKCS #7 message or PEM text with any number of both,
+ * of which the issuers are stored too. The flag makes the entry the default key. 108 when no
+ * request has the key.
+ */
 ZELKM_API int ZELKM_ReceiveCert(int handle, const unsigned char* certBytes, uint32_t certLength,
                                 unsigned char flag);
 
@@ -235,7 +329,11 @@ ZELKM_API int ZELKM_ReceiveCert(int handle, const unsigned char* certBytes, uint
 ZELKM_API int ZELKM_StoreCACert(int handle, const unsigned char* certBytes, uint32_t certLength,
                                 const char* label);
 
-/** ZELKM_ExportCert writes the label's certificate to a file. */
+/**
+ * ZELKM_ExportCert writes the label's certificate to a file.
+ *
+ * Our engine: the format is 0 for DER, anything else for Base64 in PEM armour.
+ */
 ZELKM_API int ZELKM_ExportCert(int handle, const char* label, const char* certFileName,
                                unsigned char format);
 
@@ -270,7 +368,11 @@ ZELKM_API int ZELKM_ExtractCertListFromPKCS7Data(const unsigned char* bytes, uin
 /** ZELKM_InitEPKIItem clears the record whose pointer it is given the address of. */
 ZELKM_API void ZELKM_InitEPKIItem(ZELKMEPKIItem** epki);
 
-/** ZELKM_GetEPKIItemFromPrivateKey encrypts a private key. Released by ZELKM_FreeEPKIItem. */
+/**
+ * ZELKM_GetEPKIItemFromPrivateKey encrypts a private key. Released by ZELKM_FreeEPKIItem.
+ *
+ * Our engine: the key is in one of the clear forms that ZELKM_InsertKey takes.
+ */
 ZELKM_API int ZELKM_GetEPKIItemFromPrivateKey(const unsigned char* keyBytes, uint32_t keyLength,
                                               const char* password, ZELKMEPKIItem** epki);
 
@@ -278,7 +380,11 @@ ZELKM_API int ZELKM_GetEPKIItemFromPrivateKey(const unsigned char* keyBytes, uin
 ZELKM_API int ZELKM_GetPrivKeyInfoItemFromEPKIItem(const ZELKMEPKIItem* epki, const char* password,
                                                    ZELKMPrivKeyInfoItem** privKeyInfo);
 
-/** ZELKM_ImportKeysFromPFXFile takes in all that a PKCS #12 file holds (RFC 7292). */
+/**
+ * ZELKM_ImportKeysFromPFXFile takes in all that a PKCS #12 file holds (RFC 7292).
+ *
+ * Our engine: a null password is the empty one.
+ */
 ZELKM_API int ZELKM_ImportKeysFromPFXFile(int handle, const char* pfxFileName,
                                           const char* pfxPassword);
 

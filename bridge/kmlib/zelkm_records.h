@@ -18,6 +18,10 @@
  *  5. A record that an operation returned belongs to the library's allocator and is released by
  *     the ZELKM_Free... operation named with it, once; its fields and sub-records go with it.
  *  6. Reserved fields are never read or written by a caller.
+ *
+ * Fields that are called shortValue1, booleanValue2 or firstFlag are fixed by their place and width
+ * alone. What follows "Our engine:" is what libzel7km_64, the library of this repository, puts
+ * there or reads there; another library may keep the layout and mean something else.
  */
 
 #ifdef __cplusplus
@@ -26,14 +30,19 @@ extern "C" {
 
 /** ZELKMDNItem is a distinguished name (RFC 5280, 4.1.2.4). Released by ZELKM_FreeDNItem. */
 typedef struct ZELKMDNItem {
-  char* cn;             /**< common name */
-  char* ou;             /**< organizational unit */
-  char* o;              /**< organization */
-  char* l;              /**< locality */
-  char* s;              /**< state or province */
-  char* pc;             /**< postal code */
-  char* c;              /**< country, two letters */
-  char* optionalField1; /**< further attributes, each as "type=value" */
+  char* cn; /**< common name */
+  char* ou; /**< organizational unit */
+  char* o;  /**< organization */
+  char* l;  /**< locality */
+  char* s;  /**< state or province */
+  char* pc; /**< postal code */
+  char* c;  /**< country, two letters */
+  /**
+   * Further attributes, each as "type=value".
+   * Our engine: the type is a short name ("DC", "emailAddress") or a dotted object identifier. Of a
+   * name that is read, what finds no place in any field stands in derData alone.
+   */
+  char* optionalField1;
   char* optionalField2;
   char* optionalField3;
   char* optionalField4;
@@ -49,14 +58,14 @@ typedef struct ZELKMDNItem {
 typedef struct ZELKMCertItem {
   unsigned char* certDer; /**< the whole certificate */
   uint32_t certDerLength;
-  int32_t shortValue1; /**< reaches Java as a short */
-  int32_t shortValue2; /**< reaches Java as a short */
+  int32_t shortValue1; /**< reaches Java as a short. Our engine: the X.509 version, 1 to 3 */
+  int32_t shortValue2; /**< reaches Java as a short. Our engine: the public key's size in bits */
   uint32_t reserved1;
   char* label;
   ZELKMDNItem* subjectDN;
   ZELKMDNItem* issuerDN;
-  int64_t effectTime; /**< start of validity */
-  int64_t expireTime; /**< end of validity */
+  int64_t effectTime; /**< start of validity. Our engine: seconds since 1970-01-01 UTC */
+  int64_t expireTime; /**< end of validity. Our engine: seconds since 1970-01-01 UTC */
   unsigned char* sig; /**< the signature's bits, without the unused-bits octet */
   uint32_t sigLength;
   uint32_t reserved2;
@@ -64,12 +73,12 @@ typedef struct ZELKMCertItem {
   uint32_t sigAlgIdLength;
   uint32_t reserved3;
   char* sigAlgIdOID;     /**< dotted decimal */
-  char* sigAlgIdOIDName; /**< the algorithm's usual name */
+  char* sigAlgIdOIDName; /**< the algorithm's usual name. Our engine: else its OID */
   unsigned char reserved4[16];
   unsigned char* spki; /**< SubjectPublicKeyInfo, DER */
   uint32_t spkiLength;
   uint32_t reserved5;
-  void* extraObject;
+  void* extraObject; /**< Our engine: always null */
 } ZELKMCertItem;
 
 /** ZELKMCertItemList is a list of certificates. It ends at a null node or a null item. */
@@ -103,16 +112,21 @@ typedef struct ZELKMPrivKeyInfoItem {
 
 /** ZELKMKeyItem is one key entry with its certificate and chain. Released by ZELKM_FreeKeyItem. */
 typedef struct ZELKMKeyItem {
-  int64_t shortValue1; /**< reaches Java as a short */
+  /**
+   * Reaches Java as a short.
+   * Our engine: the key's algorithm, 1 RSA, 2 EC, 3 Ed25519, 0 any other.
+   */
+  int64_t shortValue1;
   char* label;
-  int32_t keySize; /**< bits; reaches Java as a short */
+  int32_t keySize; /**< bits; reaches Java as a short. Our engine: 255 for Ed25519 */
+  /** Our engine: set with a null epki for a key that does not leave its token. */
   int32_t hasPrivateKey;
   int32_t hasCertList;
   int32_t hasBerData;
-  int32_t booleanValue1;
-  int32_t booleanValue2;
-  ZELKMEPKIItem* epki;
-  unsigned char* berData;
+  int32_t booleanValue1;  /**< Our engine: the entry is trusted */
+  int32_t booleanValue2;  /**< Our engine: the entry is the default key */
+  ZELKMEPKIItem* epki;    /**< Our engine: under the password of the store */
+  unsigned char* berData; /**< Our engine: the SubjectPublicKeyInfo, DER */
   uint32_t berDataLength;
   uint32_t reserved;
   ZELKMCertItemList* certList; /**< the certificate, then its issuers */
@@ -133,7 +147,7 @@ typedef struct ZELKMCertReqInfoItem {
   unsigned char* spki; /**< SubjectPublicKeyInfo, DER */
   uint32_t spkiLength;
   uint32_t reserved1;
-  unsigned char* optionalBer;
+  unsigned char* optionalBer; /**< Our engine: the attributes, SET OF Attribute, DER */
   uint32_t optionalBerLength; /**< 0 means absent */
   uint32_t reserved2;
 } ZELKMCertReqInfoItem;
@@ -161,8 +175,8 @@ typedef struct ZELKMReqKeyItem {
   int32_t keySize; /**< bits; reaches Java as a short */
   int32_t hasBerData;
   ZELKMCertReqItem* certReq;
-  ZELKMEPKIItem* epki;
-  unsigned char* berData;
+  ZELKMEPKIItem* epki;    /**< as in ZELKMKeyItem */
+  unsigned char* berData; /**< as in ZELKMKeyItem */
   uint32_t berDataLength;
   uint32_t reserved;
 } ZELKMReqKeyItem;
@@ -170,6 +184,12 @@ typedef struct ZELKMReqKeyItem {
 /**
  * ZELKMCryptoInfo holds the settings given to ZELKM_SetCryptoInfo. The caller sets the two flags
  * and leaves the rest undefined; the library keeps the block for good.
+ *
+ * Our engine: the first flag is FIPS mode: from then on every store takes approved algorithms and
+ * key sizes only (39, 41), and files that need OpenSSL's legacy provider are not read. The second
+ * one includes the first and insists on OpenSSL's validated `fips` provider for everything; where
+ * that is not installed the answer is 80 and the mode stays as it was. Both 0 ends the first flag's
+ * effect; the provider, once loaded, stays in use.
  */
 typedef struct ZELKMCryptoInfo {
   unsigned char firstFlag;
