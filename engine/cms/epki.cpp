@@ -11,6 +11,7 @@ namespace zel::cms {
 namespace {
 
 using AlgorithmPtr = std::unique_ptr<X509_ALGOR, Releaser<X509_ALGOR_free>>;
+
 /** The length that a PrivateKeyInfo at the front claims, 0 when none begins there. */
 std::size_t claimedLength(sys::ByteView plain) {
   static constexpr std::uint8_t kSequence = 0x30;
@@ -33,18 +34,6 @@ std::size_t claimedLength(sys::ByteView plain) {
 }
 
 }  // namespace
-
-sys::Result<PbeKey> derivePbeKey(sys::ByteView password, sys::ByteView salt,
-                                 std::uint32_t iterations) {
-  PbeKey pbe{{salt.begin(), salt.end()}, iterations, sys::SecretBytes(kPbeKeyLength)};
-  if (PKCS5_PBKDF2_HMAC(reinterpret_cast<const char*>(password.data()),
-                        static_cast<int>(password.size()), salt.data(),
-                        static_cast<int>(salt.size()), static_cast<int>(iterations), EVP_sha256(),
-                        static_cast<int>(pbe.key.size()), pbe.key.data()) != 1) {
-    return cryptoFailure(ZELKM_ERR_CRYPTO, "derive a key from a password");
-  }
-  return pbe;
-}
 
 sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo, const PbeKey& pbe) {
   const EVP_CIPHER* cipher = EVP_aes_256_cbc();

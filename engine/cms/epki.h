@@ -2,7 +2,6 @@
 #define ZEL_CMS_EPKI_H_
 
 #include <cstdint>
-#include <string_view>
 
 #include "engine/cms/api.h"
 #include "engine/cms/pbe.h"
@@ -24,22 +23,6 @@
  */
 
 namespace zel::cms {
-
-/** PBKDF2 iterations of what is encrypted here without other instruction. */
-inline constexpr std::uint32_t kPbeIterations = 600'000;
-inline constexpr std::size_t kPbeSaltLength = 16;
-inline constexpr std::size_t kPbeKeyLength = 32;
-
-/** PbeKey is an AES-256 key derived from a password, with what it takes to derive it again. */
-struct PbeKey {
-  sys::Bytes salt;
-  std::uint32_t iterations = kPbeIterations;
-  sys::SecretBytes key;
-};
-
-/** derivePbeKey derives the key of a password, whose bytes are real UTF-8 (RFC 8018, 3). */
-ZEL_CMS_API sys::Result<PbeKey> derivePbeKey(sys::ByteView password, sys::ByteView salt,
-                                             std::uint32_t iterations);
 
 /** encryptPrivateKey answers the EncryptedPrivateKeyInfo of a PrivateKeyInfo, both DER. */
 ZEL_CMS_API sys::Result<sys::Bytes> encryptPrivateKey(sys::ByteView privateKeyInfo,

@@ -118,6 +118,18 @@ CipherContextPtr usedAgain(const EVP_CIPHER_CTX& derived, const X509_ALGOR& algo
 
 }  // namespace
 
+sys::Result<PbeKey> derivePbeKey(sys::ByteView password, sys::ByteView salt,
+                                 std::uint32_t iterations) {
+  PbeKey pbe{{salt.begin(), salt.end()}, iterations, sys::SecretBytes(kPbeKeyLength)};
+  if (PKCS5_PBKDF2_HMAC(reinterpret_cast<const char*>(password.data()),
+                        static_cast<int>(password.size()), salt.data(),
+                        static_cast<int>(salt.size()), static_cast<int>(iterations), EVP_sha256(),
+                        static_cast<int>(pbe.key.size()), pbe.key.data()) != 1) {
+    return cryptoFailure(ZELKM_ERR_CRYPTO, "derive a key from a password");
+  }
+  return pbe;
+}
+
 PbePassword pbePassword(sys::ByteView password) {
   if (password.empty()) return {"", 0};
   return {reinterpret_cast<const char*>(password.data()), static_cast<int>(password.size())};

@@ -1,20 +1,42 @@
 #ifndef ZEL_CMS_PBE_H_
 #define ZEL_CMS_PBE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 
+#include "engine/cms/api.h"
 #include "engine/cms/openssl_ptr.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
 /**
  * @file
- * Password based decryption (RFC 8018, and RFC 7292's appendix C), as private keys and PKCS #12
- * files use it.
+ * Keys from passwords (RFC 8018, and RFC 7292's appendix C), as key databases, private keys and
+ * PKCS #12 files use them: one way to derive a key of ours, and all of OpenSSL's to decrypt what
+ * others encrypted.
  */
 
 namespace zel::cms {
+
+/** PBKDF2 iterations of what is encrypted here without other instruction. */
+inline constexpr std::uint32_t kPbeIterations = 600'000;
+inline constexpr std::size_t kPbeSaltLength = 16;
+inline constexpr std::size_t kPbeKeyLength = 32;
+
+/** PbeKey is an AES-256 key derived from a password, with what it takes to derive it again. */
+struct PbeKey {
+  sys::Bytes salt;
+  std::uint32_t iterations = kPbeIterations;
+  sys::SecretBytes key;
+};
+
+/**
+ * derivePbeKey derives the key of a password, whose bytes are real UTF-8: PBKDF2 with HMAC-SHA-256
+ * (RFC 8018, 5.2).
+ */
+ZEL_CMS_API sys::Result<PbeKey> derivePbeKey(sys::ByteView password, sys::ByteView salt,
+                                             std::uint32_t iterations);
 
 /** More iterations than this are not tried: a hostile file would keep the process busy for hours.
  */

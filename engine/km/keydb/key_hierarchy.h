@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "engine/cms/epki.h"
+#include "engine/cms/pbe.h"
 #include "engine/km/keydb/sealing.h"
 #include "engine/km/keydb/sqlite.h"
 #include "engine/sys/bytes.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "engine/cms/epki.h"
+#include "engine/cms/pbe.h"
 
 namespace zel::km {
 

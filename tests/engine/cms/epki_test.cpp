@@ -6,6 +6,7 @@
 
 #include "engine/cms/crypto_context.h"
 #include "engine/cms/keys.h"
+#include "engine/cms/pbe.h"
 #include "tests/engine/cms/tools.h"
 
 namespace zel::cms {

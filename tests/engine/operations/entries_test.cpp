@@ -2,6 +2,7 @@
 
 #include "engine/cms/epki.h"
 #include "engine/cms/keys.h"
+#include "engine/cms/pbe.h"
 #include "engine/sys/modified_utf8.h"
 #include "tests/engine/operations/database.h"
 
