@@ -6,6 +6,7 @@
 
 #include "engine/sys/api.h"
 #include "engine/sys/bytes.h"
+#include "engine/sys/draft.h"
 #include "engine/sys/result.h"
 
 /**
@@ -23,9 +24,6 @@
  */
 
 namespace zel::sys {
-
-/** Who may read a file that is written: whoever the user's umask lets, or its owner alone. */
-enum class FileAccess { everybody, ownerOnly };
 
 /** readFile reads a file of at most the given number of bytes. */
 ZEL_SYS_API Result<Bytes> readFile(const std::string& name, std::size_t most);
@@ -57,23 +55,11 @@ ZEL_SYS_API Status writeFile(const std::string& name, ByteView bytes, FileAccess
  */
 ZEL_SYS_API Status writeNewFile(const std::string& name, ByteView bytes, FileAccess access);
 
-/** createFile makes an empty file. ZELKM_ERR_DATABASE_ALREADY_EXISTS (9) when there is one. */
-ZEL_SYS_API Status createFile(const std::string& name, FileAccess access);
-
-/**
- * moveToNewName gives a file its final name, which survives a crash from then on.
- * ZELKM_ERR_DATABASE_ALREADY_EXISTS (9) when the name is taken, with the file left where it is.
- */
-ZEL_SYS_API Status moveToNewName(const std::string& from, const std::string& to);
-
 /** removeFile removes a file for good; one that is not there is removed already. */
 ZEL_SYS_API Status removeFile(const std::string& name);
 
 /** setModificationTime sets when a file was last written to, in nanoseconds since 1970. */
 ZEL_SYS_API Status setModificationTime(const std::string& name, std::int64_t nanoseconds);
-
-/** A name beside the given one, in the same folder, that no file has. */
-ZEL_SYS_API std::string temporaryName(const std::string& name);
 
 }  // namespace zel::sys
 

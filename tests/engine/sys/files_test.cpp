@@ -147,13 +147,6 @@ TEST_F(FilesTest, WritesNoNewFileOverAnother) {
   EXPECT_EQ(filesThere(), 2U);
 }
 
-TEST_F(FilesTest, CreatesNoFileThatExists) {
-  ASSERT_TRUE(createFile(path("file"), FileAccess::ownerOnly));
-  EXPECT_EQ(modeOf(path("file")), 0600U);
-  EXPECT_EQ(createFile(path("file"), FileAccess::ownerOnly).code(),
-            ZELKM_ERR_DATABASE_ALREADY_EXISTS);
-}
-
 TEST_F(FilesTest, WritesANewFileWhole) {
   ASSERT_TRUE(writeNewFile(path("file"), bytes_, FileAccess::ownerOnly));
   EXPECT_EQ(read(path("file")), bytes_);
@@ -167,27 +160,11 @@ TEST_F(FilesTest, WritesANewFileWhole) {
   EXPECT_EQ(filesThere(), 1U);
 }
 
-TEST_F(FilesTest, MovesToANewNameOnly) {
-  folder_.write("draft", bytes_);
-  folder_.write("taken", Bytes{9});
-  EXPECT_EQ(moveToNewName(path("draft"), path("taken")).code(), ZELKM_ERR_DATABASE_ALREADY_EXISTS);
-  EXPECT_EQ(read(path("taken")), Bytes{9});
-  ASSERT_TRUE(moveToNewName(path("draft"), path("final")));
-  EXPECT_EQ(read(path("final")), bytes_);
-  EXPECT_FALSE(fs::exists(path("draft")));
-}
-
 TEST_F(FilesTest, RemovesAFileOnce) {
   folder_.write("file", bytes_);
   EXPECT_TRUE(removeFile(path("file")));
   EXPECT_FALSE(fs::exists(path("file")));
   EXPECT_TRUE(removeFile(path("file")));
-}
-
-TEST_F(FilesTest, GivesTemporaryNamesThatDiffer) {
-  const std::string name = temporaryName(path("file"));
-  EXPECT_TRUE(name.starts_with(path("file.new-")));
-  EXPECT_NE(name, temporaryName(path("file")));
 }
 
 }  // namespace
