@@ -107,19 +107,19 @@ sys::Status examineAll(Connection& connection, const DatabaseKeys& keys) {
 
 /** Examines a small file once per state. */
 sys::Status examine(Connection& connection, const DatabaseFile& file) {
-  sys::Result<Transaction> transaction = Transaction::begin(connection, Transaction::Kind::read);
-  if (!transaction) return transaction.failure();
-  sys::Result<std::int64_t> pages = connection.number("PRAGMA page_count");
-  if (!pages) return pages.failure();
-  // From here on SQLite's lock keeps other processes from writing.
-  sys::Result<FileState> state = stateOf(file.path());
-  if (!state) return state.failure();
-  if (pages.value() <= kMostPagesExamined && !Idle::instance().isExamined(state.value())) {
+  return Transaction::run(connection, Transaction::Kind::read, [&]() -> sys::Status {
+    sys::Result<std::int64_t> pages = connection.number("PRAGMA page_count");
+    if (!pages) return pages.failure();
+    // From here on SQLite's lock keeps other processes from writing.
+    sys::Result<FileState> state = stateOf(file.path());
+    if (!state) return state.failure();
+    if (pages.value() > kMostPagesExamined || Idle::instance().isExamined(state.value())) {
+      return sys::success();
+    }
     sys::Status sound = examineAll(connection, file.keys());
-    if (!sound) return sound;
-    Idle::instance().setExamined(state.value());
-  }
-  return transaction.value().commit();
+    if (sound) Idle::instance().setExamined(state.value());
+    return sound;
+  });
 }
 
 }  // namespace

@@ -71,6 +71,27 @@ sys::Result<Record> withLabel(Records& records, Table table, const Label& label)
 
 }  // namespace
 
+template <typename Body>
+std::invoke_result_t<Body&, Connection&, Records&> KeyDatabase::transact(Transaction::Kind kind,
+                                                                         Body& body) {
+  if (inUse_ != nullptr) {
+    Records records(*inUse_, file_->keys());
+    return body(*inUse_, records);
+  }
+  sys::Result<BorrowedConnection> borrowed = file_->borrow();
+  if (!borrowed) return borrowed.failure();
+  Connection& connection = *borrowed.value();
+  return Transaction::run(connection, kind, [&] {
+    struct InUse {
+      Connection*& place;
+      ~InUse() { place = nullptr; }
+    } inUse{inUse_};
+    inUse_ = &connection;
+    Records records(connection, file_->keys());
+    return body(connection, records);
+  });
+}
+
 sys::Result<std::vector<Label>> KeyDatabase::keyLabels() { return labels(Table::keys); }
 
 sys::Result<std::vector<Label>> KeyDatabase::requestLabels() { return labels(Table::requests); }
@@ -90,20 +111,17 @@ sys::Result<RequestEntry> KeyDatabase::findRequest(const Label& label) {
 }
 
 sys::Result<KeyEntry> KeyDatabase::defaultKey() {
-  std::vector<Record> found;
-  Directory directory;
-  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
-    sys::Result<Directory> known = records.directory();
-    if (!known) return known.failure();
-    directory = known.value();
-    sys::Result<std::vector<Record>> record = records.find(Table::keys, byId(directory.defaultKey));
-    if (!record) return record.failure();
-    found = std::move(record.value());
-    return sys::success();
+  return reading([](Connection&, Records& records) -> sys::Result<KeyEntry> {
+    sys::Result<Directory> directory = records.directory();
+    if (!directory) return directory.failure();
+    sys::Result<std::vector<Record>> found =
+        records.find(Table::keys, byId(directory.value().defaultKey));
+    if (!found) return found.failure();
+    if (found.value().empty()) {
+      return sys::fail(ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL, "no key is the default");
+    }
+    return keyEntry(std::move(found.value().front()), directory.value());
   });
-  if (!read) return read.failure();
-  if (found.empty()) return sys::fail(ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL, "no key is the default");
-  return keyEntry(std::move(found.front()), directory);
 }
 
 sys::Result<std::vector<KeyEntry>> KeyDatabase::findKeysByPublicKey(sys::ByteView publicKey) {
@@ -211,94 +229,53 @@ bool KeyDatabase::approvedOnly() const { return file_->approvedOnly() || approve
 
 sys::Result<sys::Bytes> KeyDatabase::encryptedPrivateKey(const PrivateKey& key) {
   if (!key.present()) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
-  sys::Bytes encrypted;
-  sys::Status read = reading([&](Connection& connection, Records&) -> sys::Status {
+  return reading([&](Connection& connection, Records&) -> sys::Result<sys::Bytes> {
     // Read anew each time: another process may have changed the password.
     sys::Result<Parameters> parameters = readParameters(connection);
     if (!parameters) return parameters.failure();
     sys::Result<cms::PbeKey> under = openPrivateKeyKey(parameters.value(), file_->keys());
     if (!under) return under.failure();
-    sys::Result<sys::Bytes> made = cms::encryptPrivateKey(key.pkcs8, under.value());
-    if (made) encrypted = std::move(made.value());
-    return made ? sys::success() : made.failure();
+    return cms::encryptPrivateKey(key.pkcs8, under.value());
   });
-  if (!read) return read.failure();
-  return encrypted;
 }
 
 sys::Result<sys::SecretBytes> KeyDatabase::decryptedPrivateKey(sys::ByteView encrypted) {
   return cms::decryptPrivateKey(encrypted, file_->password());
 }
 
-sys::Status KeyDatabase::reading(const std::function<sys::Status(Connection&, Records&)>& body) {
-  return transact(Transaction::Kind::read, body);
-}
-
-sys::Status KeyDatabase::writing(const std::function<sys::Status(Connection&, Records&)>& body) {
-  return transact(Transaction::Kind::write, body);
-}
-
-sys::Status KeyDatabase::transact(Transaction::Kind kind,
-                                  const std::function<sys::Status(Connection&, Records&)>& body) {
-  if (inUse_ != nullptr) {
-    Records records(*inUse_, file_->keys());
-    return body(*inUse_, records);
-  }
-  sys::Result<BorrowedConnection> borrowed = file_->borrow();
-  if (!borrowed) return borrowed.failure();
-  Connection& connection = *borrowed.value();
-  sys::Result<Transaction> transaction = Transaction::begin(connection, kind);
-  if (!transaction) return transaction.failure();
-  struct InUse {
-    Connection*& place;
-    ~InUse() { place = nullptr; }
-  } inUse{inUse_};
-  inUse_ = &connection;
-  Records records(connection, file_->keys());
-  sys::Status done = body(connection, records);
-  if (!done) return done;
-  return transaction.value().commit();
-}
-
 sys::Result<std::vector<Label>> KeyDatabase::labels(Table table) {
-  std::vector<Label> all;
-  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
-    sys::Result<std::vector<std::string>> labels = records.labels(table);
-    if (!labels) return labels.failure();
-    all.reserve(labels.value().size());
-    for (std::string& label : labels.value()) all.push_back(Label::kept(std::move(label)));
-    return sys::success();
+  return reading([&](Connection&, Records& records) -> sys::Result<std::vector<Label>> {
+    sys::Result<std::vector<std::string>> kept = records.labels(table);
+    if (!kept) return kept.failure();
+    std::vector<Label> labels;
+    labels.reserve(kept.value().size());
+    for (std::string& label : kept.value()) labels.push_back(Label::kept(std::move(label)));
+    return labels;
   });
-  if (!read) return read.failure();
-  return all;
 }
 
 sys::Result<std::vector<KeyEntry>> KeyDatabase::findKeys(const Condition& condition) {
-  std::vector<KeyEntry> entries;
-  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
+  return reading([&](Connection&, Records& records) -> sys::Result<std::vector<KeyEntry>> {
     sys::Result<Directory> directory = records.directory();
     if (!directory) return directory.failure();
     sys::Result<std::vector<Record>> found = records.find(Table::keys, condition);
     if (!found) return found.failure();
+    std::vector<KeyEntry> entries;
     for (Record& record : found.value()) {
       entries.push_back(keyEntry(std::move(record), directory.value()));
     }
-    return sys::success();
+    return entries;
   });
-  if (!read) return read.failure();
-  return entries;
 }
 
 sys::Result<std::vector<RequestEntry>> KeyDatabase::findRequests(const Condition& condition) {
-  std::vector<RequestEntry> entries;
-  sys::Status read = reading([&](Connection&, Records& records) -> sys::Status {
+  return reading([&](Connection&, Records& records) -> sys::Result<std::vector<RequestEntry>> {
     sys::Result<std::vector<Record>> found = records.find(Table::requests, condition);
     if (!found) return found.failure();
+    std::vector<RequestEntry> entries;
     for (Record& record : found.value()) entries.push_back(requestEntry(std::move(record)));
-    return sys::success();
+    return entries;
   });
-  if (!read) return read.failure();
-  return entries;
 }
 
 sys::Status KeyDatabase::removeRecord(Table table, const Label& label) {

@@ -3,11 +3,18 @@
 
 #include <memory>
 #include <string>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "engine/km/keydb/database_file.h"
 #include "engine/km/keydb/records.h"
 #include "engine/km/store/store.h"
+
+/**
+ * @file
+ * Key databases as stores: entries on the one side, sealed records on the other.
+ */
 
 namespace zel::km {
 
@@ -45,11 +52,20 @@ class KeyDatabase final : public Store {
   sys::Result<sys::SecretBytes> decryptedPrivateKey(sys::ByteView encrypted) override;
 
  private:
-  /** Runs the body in a transaction of its own, or in the one that is under way. */
-  sys::Status reading(const std::function<sys::Status(Connection&, Records&)>& body);
-  sys::Status writing(const std::function<sys::Status(Connection&, Records&)>& body);
-  sys::Status transact(Transaction::Kind kind,
-                       const std::function<sys::Status(Connection&, Records&)>& body);
+  /**
+   * Runs the body, a function of (Connection&, Records&), in a transaction of its own or in the one
+   * that is under way, and answers the Status or Result that it answers.
+   */
+  template <typename Body>
+  auto reading(Body&& body) {
+    return transact(Transaction::Kind::read, body);
+  }
+  template <typename Body>
+  auto writing(Body&& body) {
+    return transact(Transaction::Kind::write, body);
+  }
+  template <typename Body>
+  std::invoke_result_t<Body&, Connection&, Records&> transact(Transaction::Kind kind, Body& body);
 
   sys::Result<std::vector<Label>> labels(Table table);
   sys::Result<std::vector<KeyEntry>> findKeys(const Condition& condition);

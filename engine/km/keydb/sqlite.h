@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "engine/sys/bytes.h"
@@ -100,6 +101,21 @@ class Transaction {
   Transaction& operator=(const Transaction&) = delete;
 
   sys::Status commit();
+
+  /**
+   * Runs the body, which answers a Status or a Result, in a transaction and answers what it
+   * answers: what it did stays when that is a success, and is rolled back when it fails or throws.
+   */
+  template <typename Body>
+  static std::invoke_result_t<Body&> run(Connection& connection, Kind kind, Body&& body) {
+    sys::Result<Transaction> transaction = begin(connection, kind);
+    if (!transaction) return transaction.failure();
+    auto answer = body();
+    if (!answer) return answer;
+    sys::Status committed = transaction.value().commit();
+    if (!committed) return committed.failure();
+    return answer;
+  }
 
  private:
   explicit Transaction(Connection& connection) : connection_(&connection) {}
