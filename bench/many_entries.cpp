@@ -11,7 +11,7 @@
 #include <string>
 
 #include "bridge/kmlib/zelkm.h"
-#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/keydb/creation.h"
 #include "tests/engine/cms/tools.h"
 
 namespace zel::km {

@@ -5,7 +5,8 @@
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/pkcs12/key_rings.h"
 #include "engine/km/face/operation.h"
-#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/keydb/creation.h"
+#include "engine/km/keydb/key_database.h"
 #include "engine/km/keydb/output_files.h"
 #include "engine/km/keydb/password_rules.h"
 #include "engine/km/store/new_labels.h"
@@ -113,7 +114,7 @@ int ZELKM_Kdb2Kyr(const char* keyDbFileName, const char* keyDbPassword, const ch
     if (!newPassword) return newPassword.failure();
 
     const sys::Result<std::unique_ptr<Store>> store =
-        openKeyDatabase(source.value(), password.value());
+        KeyDatabase::open(source.value(), password.value());
     if (!store) return store.failure();
     const sys::Status allowed =
         checkNewPassword(newPassword.value().bytes(), store.value()->approvedOnly());

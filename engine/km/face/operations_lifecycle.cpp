@@ -6,7 +6,8 @@
 #include "engine/km/certstore/certificate_store.h"
 #include "engine/km/face/handle_table.h"
 #include "engine/km/face/operation.h"
-#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/keydb/creation.h"
+#include "engine/km/keydb/key_database.h"
 #include "engine/km/token/token_store.h"
 #include "engine/sys/file_name.h"
 #include "engine/sys/password.h"
@@ -38,7 +39,7 @@ sys::Status open(const char* fileName, const char* password, int* handle) {
   if (!name) return name.failure();
   sys::Result<std::optional<sys::Password>> given = sys::Password::givenOrKept(password);
   if (!given) return given.failure();
-  return handOut(openKeyDatabase(name.value(), given.value()), handle);
+  return handOut(KeyDatabase::open(name.value(), given.value()), handle);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/certstore/store_folder.h"
 #include "engine/km/face/operation.h"
-#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/keydb/passwords.h"
 #include "engine/km/token/token_access.h"
 #include "engine/sys/file_name.h"
 #include "engine/sys/password.h"

@@ -4,6 +4,8 @@
 
 #include "engine/cms/epki.h"
 #include "engine/km/keydb/lookup_keys.h"
+#include "engine/km/keydb/password_rules.h"
+#include "engine/km/keydb/sharing.h"
 #include "engine/km/store/crypto_mode.h"
 #include "engine/km/store/key_material.h"
 #include "engine/sys/trace.h"
@@ -70,6 +72,22 @@ sys::Result<Record> withLabel(Records& records, Table table, const Label& label)
 }
 
 }  // namespace
+
+sys::Result<std::unique_ptr<Store>> KeyDatabase::open(const sys::FileName& name,
+                                                      const PasswordOrStash& password) {
+  sys::Result<UnlockedFile> file = UnlockedFile::open(name, password);
+  if (!file) return file.failure();
+  sys::Status valid = checkNotExpired(file.value().parameters().expiresAt);
+  if (!valid) return valid.failure();
+  return of(std::move(file.value()));
+}
+
+sys::Result<std::unique_ptr<Store>> KeyDatabase::of(UnlockedFile file) {
+  sys::Result<std::shared_ptr<const DatabaseFile>> shared =
+      OpenFiles::instance().share(std::move(file));
+  if (!shared) return shared.failure();
+  return std::unique_ptr<Store>(std::make_unique<KeyDatabase>(std::move(shared.value())));
+}
 
 template <typename Body>
 std::invoke_result_t<Body&, Connection&, Records&> KeyDatabase::transact(Transaction::Kind kind,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/km/keydb/database_file.h"
+#include "engine/km/keydb/opening.h"
 #include "engine/km/keydb/records.h"
 #include "engine/km/store/store.h"
 
@@ -21,6 +22,15 @@ namespace zel::km {
 /** A KeyDatabase is the store of a key database file (locator type 1). */
 class KeyDatabase final : public Store {
  public:
+  /**
+   * opening.h tells the codes; besides, ZELKM_ERR_PASSWORD_EXPIRATION_TIME (70) when the right
+   * password's lifetime has passed.
+   */
+  static sys::Result<std::unique_ptr<Store>> open(const sys::FileName& name,
+                                                  const PasswordOrStash& password);
+  /** The store of a file that is unlocked, whether or not the password has expired. */
+  static sys::Result<std::unique_ptr<Store>> of(UnlockedFile file);
+
   explicit KeyDatabase(std::shared_ptr<const DatabaseFile> file) : file_(std::move(file)) {}
 
   sys::Result<std::vector<Label>> keyLabels() override;

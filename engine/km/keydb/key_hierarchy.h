@@ -28,10 +28,10 @@ struct Parameters {
   bool approvedOnly = false;
   std::int64_t expiresAt = 0; /**< seconds since 1970; 0 means never */
   std::uint32_t iterations = cms::kPbeIterations;
-  sys::Bytes salt;
-  sys::Bytes keySalt;
-  Sealed masterKey;     /**< under the password key */
-  Sealed privateKeyKey; /**< under the records key */
+  sys::Bytes salt = {};
+  sys::Bytes keySalt = {};
+  Sealed masterKey = {};     /**< under the password key */
+  Sealed privateKeyKey = {}; /**< under the records key */
 };
 
 /**

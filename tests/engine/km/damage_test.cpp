@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "engine/km/keydb/key_database.h"
 #include "tests/engine/km/filled_database.h"
 #include "tests/engine/stores/labels.h"
 
@@ -43,7 +44,7 @@ class DamageTest : public FilledDatabaseTest {
   /** The first failure, or what there is to be seen. */
   sys::Result<Seen> look() const {
     sys::Result<std::unique_ptr<Store>> store =
-        openKeyDatabase(fileName(file_), password(kPassword));
+        KeyDatabase::open(fileName(file_), password(kPassword));
     if (!store) return store.failure();
     Seen seen;
     sys::Result<std::vector<Label>> keys = store.value()->keyLabels();
@@ -145,7 +146,7 @@ TEST_F(DamageTest, WritesNothingIntoADamagedFile) {
     bad[at] ^= 0x40U;
     put(bad);
     sys::Result<std::unique_ptr<Store>> store =
-        openKeyDatabase(fileName(file_), password(kPassword));
+        KeyDatabase::open(fileName(file_), password(kPassword));
     const bool written = store && store.value()->setTrusted("one"_label, true);
     if (!written) {
       ASSERT_EQ(present(), bad) << at;

@@ -6,6 +6,8 @@
 #include <thread>
 
 #include "engine/cms/openssl_ptr.h"
+#include "engine/km/keydb/creation.h"
+#include "engine/km/keydb/key_database.h"
 #include "tests/engine/stores/labels.h"
 
 namespace zel::km {
@@ -50,16 +52,16 @@ FilledDatabaseTest::FilledDatabaseTest() {
 }
 
 std::unique_ptr<Store> FilledDatabaseTest::open() const {
-  return openKeyDatabase(fileName(file_), passwordOf(kPassword)).value();
+  return KeyDatabase::open(fileName(file_), passwordOf(kPassword)).value();
 }
 
 int FilledDatabaseTest::openingCode() const {
-  return openKeyDatabase(fileName(file_), passwordOf(kPassword)).code();
+  return KeyDatabase::open(fileName(file_), passwordOf(kPassword)).code();
 }
 
 int FilledDatabaseTest::listingCode() const {
   sys::Result<std::unique_ptr<Store>> store =
-      openKeyDatabase(fileName(file_), passwordOf(kPassword));
+      KeyDatabase::open(fileName(file_), passwordOf(kPassword));
   if (!store) return store.code();
   const int code = store.value()->keyLabels().code();
   return code != ZELKM_OK ? code : store.value()->requestLabels().code();

@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "engine/km/keydb/database_lifecycle.h"
 #include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "tests/engine/cms/tools.h"

@@ -13,6 +13,7 @@
 
 #include "engine/cms/epki.h"
 #include "engine/cms/names.h"
+#include "engine/km/keydb/creation.h"
 #include "tests/engine/km/filled_database.h"
 #include "tests/engine/stores/labels.h"
 
@@ -270,7 +271,8 @@ TEST(StoreProcess, DISABLED_InsertsWhatTheEnvironmentSays) {
   const char* file = std::getenv("VOSMAR_TEST_FILE");
   const char* name = std::getenv("VOSMAR_TEST_NAME");
   ASSERT_TRUE(file != nullptr && name != nullptr);
-  const std::unique_ptr<Store> store = openKeyDatabase(fileName(file), password(kPassword)).value();
+  const std::unique_ptr<Store> store =
+      KeyDatabase::open(fileName(file), password(kPassword)).value();
   const cms::TestAuthority authority(name);
   for (int entry = 0; entry < 10; ++entry) {
     ASSERT_TRUE(store->insertKey(entryOf(name + std::to_string(entry), authority)));

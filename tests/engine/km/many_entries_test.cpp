@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/km/keydb/database_lifecycle.h"
+#include "engine/km/keydb/creation.h"
 #include "tests/engine/cms/tools.h"
 #include "tests/engine/km/heap.h"
 #include "tests/engine/km/key_database.h"

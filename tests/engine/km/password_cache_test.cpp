@@ -3,11 +3,23 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <vector>
 
+#include "engine/cms/pbe.h"
 #include "tests/engine/km/key_database.h"
 
 namespace zel::km {
 namespace {
+
+/** Parameters that cost little to derive a key of. */
+Parameters cheap(std::uint8_t salt) {
+  return {.iterations = 1000, .salt = sys::Bytes(cms::kPbeSaltLength, salt)};
+}
+
+/** What is made of a key that is right. */
+sys::Result<sys::SecretBytes> opens(sys::ByteView key) {
+  return sys::SecretBytes(key.begin(), key.end());
+}
 
 class PasswordCacheTest : public KeyDatabaseTest {
  protected:
@@ -65,20 +77,104 @@ TEST_F(PasswordCacheTest, KnowsAFileByItsIdentityNotByItsName) {
 }
 
 TEST_F(PasswordCacheTest, KeepsALimitedNumberTheLeastUsedGoingFirst) {
-  PasswordCache& cache = PasswordCache::instance();
-  const sys::Bytes salt(16, 1);
-  const sys::Bytes key(kKeyLength, 2);
-  const sys::ByteView password = sys::bytesOf("password");
-  const auto identity = [](std::uint64_t number) { return FileIdentity{1, number}; };
-  constexpr std::uint32_t kIterations = 1000;
-  for (std::uint64_t file = 0; file < 64; ++file) cache.keep(identity(file), salt, password, key);
-  EXPECT_EQ(costOf([&] { (void)cache.passwordKey(identity(0), salt, kIterations, password); }), 0U);
-  cache.keep(identity(64), salt, password, key);
-  EXPECT_EQ(costOf([&] { (void)cache.passwordKey(identity(0), salt, kIterations, password); }), 0U);
-  EXPECT_EQ(costOf([&] { (void)cache.passwordKey(identity(1), salt, kIterations, password); }), 1U);
-  const sys::Bytes otherSalt(16, 9);
-  EXPECT_EQ(costOf([&] { (void)cache.passwordKey(identity(0), otherSalt, kIterations, password); }),
-            1U);
+  const auto open = [](std::uint64_t file, std::uint8_t salt) {
+    const sys::ByteView password = sys::bytesOf("password");
+    EXPECT_TRUE(
+        PasswordCache::instance().open(FileIdentity{1, file}, cheap(salt), password, opens));
+  };
+  for (std::uint64_t file = 0; file < 64; ++file) open(file, 1);
+  EXPECT_EQ(costOf([&] { open(0, 1); }), 0U);
+  open(64, 1);
+  EXPECT_EQ(costOf([&] { open(0, 1); }), 0U);
+  EXPECT_EQ(costOf([&] { open(1, 1); }), 1U);
+  EXPECT_EQ(costOf([&] { open(0, 9); }), 1U);
+}
+
+/** The test of a cache that nobody else uses. */
+class OwnPasswordCacheTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    if (!sys::SecretBlock(32).locked()) GTEST_SKIP() << "this process may not lock memory";
+  }
+  sys::Result<sys::SecretBytes> open(const char* password) {
+    return cache_.open(file_, parameters_, sys::bytesOf(password), opens);
+  }
+
+  PasswordCache cache_;
+  const FileIdentity file_{1, 2};
+  const Parameters parameters_ = cheap(1);
+};
+
+TEST_F(OwnPasswordCacheTest, TriesTheSameKeyWhetherDerivedOrKept) {
+  const sys::SecretBytes key =
+      cms::derivePbeKey(sys::bytesOf(kPassword), parameters_.salt, parameters_.iterations)
+          .value()
+          .key;
+  EXPECT_EQ(open(kPassword).value(), key);
+  EXPECT_EQ(open(kPassword).value(), key);
+  EXPECT_EQ(cache_.derivations(), 1U);
+}
+
+TEST_F(OwnPasswordCacheTest, KeepsNoKeyThatOpensNothing) {
+  const auto fails = [](sys::ByteView) -> sys::Status {
+    return sys::Failure{ZELKM_ERR_DATABASE_INVALID_PASSWORD};
+  };
+  for (std::uint64_t round = 1; round <= 3; ++round) {
+    EXPECT_EQ(cache_.open(file_, parameters_, sys::bytesOf(kPassword), fails).code(),
+              ZELKM_ERR_DATABASE_INVALID_PASSWORD);
+    EXPECT_EQ(cache_.derivations(), round);
+  }
+}
+
+TEST_F(OwnPasswordCacheTest, AnswersWhatTheTrialOfAKeptKeyAnswers) {
+  ASSERT_TRUE(open(kPassword));
+  const auto fails = [](sys::ByteView) -> sys::Result<int> {
+    return sys::Failure{ZELKM_ERR_CRYPTO};
+  };
+  EXPECT_EQ(cache_.open(file_, parameters_, sys::bytesOf(kPassword), fails).code(),
+            ZELKM_ERR_CRYPTO);
+  EXPECT_EQ(cache_.derivations(), 1U);
+}
+
+TEST_F(OwnPasswordCacheTest, KeepsTheKeysOfTwoPasswordsApart) {
+  const sys::SecretBytes first = open(kPassword).value();
+  EXPECT_NE(open(kOtherPassword).value(), first);
+  EXPECT_EQ(open(kPassword).value(), first);
+  EXPECT_EQ(cache_.derivations(), 2U);
+}
+
+TEST_F(OwnPasswordCacheTest, KnowsAReplacedPasswordAndNoneBeforeIt) {
+  ASSERT_TRUE(open(kPassword));
+  const sys::Bytes key(kKeyLength, 7);
+  cache_.replace(file_, parameters_, sys::bytesOf(kOtherPassword), key);
+  EXPECT_EQ(open(kOtherPassword).value(), sys::SecretBytes(key.begin(), key.end()));
+  EXPECT_EQ(cache_.derivations(), 1U);
+  EXPECT_TRUE(open(kPassword));
+  EXPECT_EQ(cache_.derivations(), 2U);
+}
+
+TEST_F(OwnPasswordCacheTest, LeavesOtherFilesAloneWhenAPasswordIsReplaced) {
+  ASSERT_TRUE(open(kPassword));
+  cache_.replace(FileIdentity{1, 3}, parameters_, sys::bytesOf(kOtherPassword),
+                 sys::Bytes(kKeyLength, 7));
+  ASSERT_TRUE(open(kPassword));
+  EXPECT_EQ(cache_.derivations(), 1U);
+}
+
+TEST_F(OwnPasswordCacheTest, ForgetsEverything) {
+  ASSERT_TRUE(open(kPassword));
+  cache_.forgetAll();
+  ASSERT_TRUE(open(kPassword));
+  EXPECT_EQ(cache_.derivations(), 2U);
+}
+
+TEST_F(OwnPasswordCacheTest, KeepsNothingInMemoryThatIsNotLocked) {
+  std::vector<sys::SecretBlock> all;
+  while (all.empty() || all.back().locked()) all.emplace_back(32);
+  for (std::uint64_t round = 1; round <= 2; ++round) {
+    EXPECT_TRUE(open(kPassword));
+    EXPECT_EQ(cache_.derivations(), round);
+  }
 }
 
 }  // namespace
