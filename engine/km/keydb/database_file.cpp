@@ -4,13 +4,12 @@
 #include <iterator>
 #include <list>
 #include <map>
-#include <mutex>
 #include <new>
 #include <utility>
 
 #include "engine/km/keydb/records.h"
 #include "engine/km/keydb/schema.h"
-#include "engine/sys/trace.h"
+#include "engine/sys/mutex.h"
 
 namespace zel::km {
 
@@ -34,7 +33,7 @@ class Idle {
   /** Null when there is none for the file as it is now: a cache of an older one would be stale. */
   std::unique_ptr<Connection> take(const DatabaseFile* file, const FileState& state) {
     std::list<Entry> stale;
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     for (auto each = entries_.begin(); each != entries_.end();) {
       const auto next = std::next(each);
       if (each->file == file) {
@@ -53,14 +52,14 @@ class Idle {
   void put(const DatabaseFile* file, const FileState& state,
            std::unique_ptr<Connection> connection) {
     std::list<Entry> evicted;
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     entries_.push_front(Entry{file, state, std::move(connection)});
     if (entries_.size() > kMostIdle) evicted.splice(evicted.end(), entries_, --entries_.end());
   }
 
   void closeAllOf(const DatabaseFile* file) {
     std::list<Entry> closed;
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     for (auto each = entries_.begin(); each != entries_.end();) {
       const auto next = std::next(each);
       if (each->file == file) closed.splice(closed.end(), entries_, each);
@@ -69,14 +68,14 @@ class Idle {
   }
 
   bool isExamined(const FileState& state) {
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     const auto found = examined_.find(state.identity);
     return found != examined_.end() && found->second == state;
   }
 
   void setExamined(const FileState& state) {
     if (!state.settled()) return;
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     if (examined_.size() >= kMostExamined) examined_.clear();
     examined_.insert_or_assign(state.identity, state);
   }
@@ -88,9 +87,9 @@ class Idle {
     std::unique_ptr<Connection> connection;
   };
 
-  std::mutex mutex_;
-  std::list<Entry> entries_; /**< the most recently used first */
-  std::map<FileIdentity, FileState> examined_;
+  sys::Mutex mutex_;
+  std::list<Entry> entries_ ZEL_GUARDED_BY(mutex_); /**< the most recently used first */
+  std::map<FileIdentity, FileState> examined_ ZEL_GUARDED_BY(mutex_);
 };
 
 sys::Status examineAll(Connection& connection, const DatabaseKeys& keys) {

@@ -22,19 +22,19 @@ PasswordCache& PasswordCache::instance() {
 void PasswordCache::replace(FileIdentity file, const Parameters& parameters, sys::ByteView password,
                             sys::ByteView passwordKey) {
   {
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     kept_.remove_if([&](const Kept& each) { return each.file == file; });
   }
   keep(file, parameters.salt, password, passwordKey);
 }
 
 void PasswordCache::forgetAll() {
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   kept_.clear();
 }
 
 std::uint64_t PasswordCache::derivations() {
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   return derivations_;
 }
 
@@ -45,7 +45,7 @@ bool PasswordCache::Kept::isFor(FileIdentity otherFile, sys::ByteView otherSalt,
 
 std::optional<sys::SecretBytes> PasswordCache::find(FileIdentity file, sys::ByteView salt,
                                                     sys::ByteView password) {
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   const auto found = std::ranges::find_if(
       kept_, [&](const Kept& each) { return each.isFor(file, salt, password); });
   if (found == kept_.end()) return std::nullopt;
@@ -57,7 +57,7 @@ std::optional<sys::SecretBytes> PasswordCache::find(FileIdentity file, sys::Byte
 sys::Result<sys::SecretBytes> PasswordCache::derive(const Parameters& parameters,
                                                     sys::ByteView password) {
   {
-    std::lock_guard lock(mutex_);
+    const sys::Lock lock(mutex_);
     ++derivations_;
   }
   sys::Result<cms::PbeKey> derived =
@@ -74,7 +74,7 @@ void PasswordCache::keep(FileIdentity file, sys::ByteView salt, sys::ByteView pa
   sys::SecretBlock key(passwordKey.size());
   if (!proof || !proof.value().locked() || !key.locked()) return;
   std::ranges::copy(passwordKey, key.bytes().begin());
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   kept_.push_front(
       Kept{file, {salt.begin(), salt.end()}, std::move(proof.value()), std::move(key)});
   if (kept_.size() > kMostKept) kept_.pop_back();

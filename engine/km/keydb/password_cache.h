@@ -3,13 +3,13 @@
 
 #include <cstdint>
 #include <list>
-#include <mutex>
 #include <optional>
 #include <type_traits>
 
 #include "engine/km/keydb/key_hierarchy.h"
 #include "engine/km/store/file_state.h"
 #include "engine/sys/bytes.h"
+#include "engine/sys/mutex.h"
 #include "engine/sys/proof_of_secret.h"
 #include "engine/sys/result.h"
 #include "engine/sys/secrets.h"
@@ -76,9 +76,9 @@ class PasswordCache {
   void keep(FileIdentity file, sys::ByteView salt, sys::ByteView password,
             sys::ByteView passwordKey);
 
-  std::mutex mutex_;
-  std::list<Kept> kept_; /**< the most recently used first */
-  std::uint64_t derivations_ = 0;
+  sys::Mutex mutex_;
+  std::list<Kept> kept_ ZEL_GUARDED_BY(mutex_); /**< the most recently used first */
+  std::uint64_t derivations_ ZEL_GUARDED_BY(mutex_) = 0;
 };
 
 }  // namespace zel::km

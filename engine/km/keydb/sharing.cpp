@@ -23,7 +23,7 @@ sys::Result<std::shared_ptr<const DatabaseFile>> OpenFiles::share(UnlockedFile u
 
 sys::Result<std::shared_ptr<const DatabaseFile>> OpenFiles::fileOf(const UnlockedFile& unlocked) {
   const Parameters& parameters = unlocked.parameters();
-  std::lock_guard lock(mutex_);
+  const sys::Lock lock(mutex_);
   std::weak_ptr<const DatabaseFile>& known =
       files_[Key(unlocked.path(), unlocked.identity(), parameters.salt)];
   std::shared_ptr<const DatabaseFile> file = known.lock();

@@ -3,7 +3,6 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <tuple>
 
@@ -11,6 +10,7 @@
 #include "engine/km/keydb/opening.h"
 #include "engine/km/store/file_state.h"
 #include "engine/sys/bytes.h"
+#include "engine/sys/mutex.h"
 #include "engine/sys/result.h"
 
 /**
@@ -39,8 +39,8 @@ class OpenFiles {
 
   sys::Result<std::shared_ptr<const DatabaseFile>> fileOf(const UnlockedFile& unlocked);
 
-  std::mutex mutex_;
-  std::map<Key, std::weak_ptr<const DatabaseFile>> files_;
+  sys::Mutex mutex_;
+  std::map<Key, std::weak_ptr<const DatabaseFile>> files_ ZEL_GUARDED_BY(mutex_);
 };
 
 }  // namespace zel::km
