@@ -18,13 +18,17 @@ ZELKMLabelList* newNode() {
 char* copyOf(const char* text) { return text == nullptr ? nullptr : ZELKM_Strdup(text); }
 
 /**
- * addLabel writes the label into the current node, then hangs an empty node behind it and answers
- * that one. So the second label takes the place of the first, whose copy is lost.
+ * addLabel makes an empty node, writes the label into the current one and hangs the empty one
+ * behind it, which it answers. So the second label takes the place of the first, whose copy is
+ * lost. Where memory left no current node the list has a gap: those behind it are made all the
+ * same, and reach nobody.
  */
 ZELKMLabelList* addLabel(ZELKMLabelList* current, const char* label) {
-  // A list that memory has cut short stays so: a node behind the cut would reach nobody.
-  if (current == nullptr) return nullptr;
   ZELKMLabelList* node = newNode();
+  if (current == nullptr) {
+    leaveAllocated(node);
+    return node;
+  }
   leaveAllocated(current->label);
   current->label = copyOf(label);
   traceMessage("JNI_DEBUG......exportLabel = %s\n", orNull(current->label));

@@ -29,7 +29,7 @@ jobjectArray Java_com_nelo_zel_vosmar_basic_CMSKeyDatabase_c_1ExtractCertFromPKC
   jobjectArray items = nullptr;
   if (rc == ZELKM_OK) {
     items = newJavaCertificateItemArray(env, kBasicItems, certList);
-    ZELKM_FreeCertItemList(certList);
+    if (certList != nullptr) ZELKM_FreeCertItemList(certList);
   }
   if (buffer != nullptr) {
     explicit_bzero(buffer, length);

@@ -1,3 +1,6 @@
+#include <malloc.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 
@@ -44,18 +47,21 @@ void* ZELKM_Malloc(size_t size) {
   return block;
 }
 
+/** Always moves the block, as realloc may: who keeps the old address is found out. */
 void* ZELKM_Realloc(void* block, size_t size) {
   LibraryCall call(__func__, recorder().owned.nameOf(block), size);
   if (!recorder().owned.holds(Kind::kLibraryBlock, block)) {
     call.wrong("is given what ZELKM_Malloc did not give");
     return nullptr;
   }
-  void* resized = cannotAllocate(__func__) ? nullptr : std::realloc(block, size);
+  void* resized = cannotAllocate(__func__) ? nullptr : std::malloc(size);
   if (resized == nullptr) {
     call.returns("null");
     return nullptr;
   }
+  std::memcpy(resized, block, std::min(size, malloc_usable_size(block)));
   recorder().owned.give(Kind::kLibraryBlock, block);
+  std::free(block);
   call.returns(recorder().owned.take(Kind::kLibraryBlock, resized, std::free));
   return resized;
 }

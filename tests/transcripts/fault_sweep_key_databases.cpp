@@ -163,7 +163,7 @@ std::vector<Row> keyDatabaseRows() {
              s.call(DATABASE(ExportToPFXFile), s.text("a.kdb"), s.text("secret"), s.text("a.p12"),
                     s.text("pfx"), s.texts({"a", "b", "c"}));
            },
-           {{kText, 1}});
+           {{kText, 1}}, {{kBlock, 2}});
   database("ImportFromPFXFile", [](Sweep& s) {
     s.call(DATABASE(ImportFromPFXFile), s.text("a.kdb"), s.text("secret"), s.text("a.p12"),
            s.text("pfx"));

@@ -179,12 +179,45 @@ TEST_F(ExportToPFXFile, ExportsNoListWithoutItsFirstNode) {
   )");
 }
 
-/** A node behind the gap would reach nobody, so none is made. */
+/** The further nodes are made and filled, but nothing leads to them. */
+TEST_F(ExportToPFXFile, FillsTheFurtherNodesWithoutTheFirst) {
+  recorder().faults.failCall("malloc", 1);
+  library().answers["ZELKM_ExportKeys"] = 66;
+  exportLabels(texts({"a", "b", "c"}));
+  EXPECT_TRANSCRIPT(kFourStrings + R"(
+    GetArrayLength(String[]#1) = 3
+    malloc(16) = null
+    GetObjectArrayElement(String[]#1, 0) = "a"
+    GetStringUTFChars("a")
+    ReleaseStringUTFChars("a")
+    GetObjectArrayElement(String[]#1, 1) = "b"
+    GetStringUTFChars("b")
+    malloc(16) = block#1
+    ReleaseStringUTFChars("b")
+    GetObjectArrayElement(String[]#1, 2) = "c"
+    GetStringUTFChars("c")
+    malloc(16) = block#2
+    ZELKM_Strdup("c")
+    trace JNI_DEBUG......exportLabel = c
+    ReleaseStringUTFChars("c")
+    ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
+    ZELKM_ExportKeys(1, 1, "a.p12", "pfx secret", null) = 66
+    ZELKM_CloseKeyDb(1) = 0
+    ZELKM_FreeLabelList(null)
+  )" + kFourReleases +
+                    R"(
+    return 66
+    held block#1
+    held block#2
+    held text "c"
+  )");
+}
+
 TEST_F(ExportToPFXFile, EndsTheListWhereANodeCannotBeMade) {
   recorder().faults.failCall("malloc", 3);
-  exportLabels(texts({"a", "b", "c", "d"}));
+  exportLabels(texts({"a", "b", "c", "d", "e"}));
   EXPECT_TRANSCRIPT(kFourStrings + R"(
-    GetArrayLength(String[]#1) = 4
+    GetArrayLength(String[]#1) = 5
     malloc(16) = block#1
     GetObjectArrayElement(String[]#1, 0) = "a"
     GetStringUTFChars("a")
@@ -204,7 +237,14 @@ TEST_F(ExportToPFXFile, EndsTheListWhereANodeCannotBeMade) {
     ReleaseStringUTFChars("c")
     GetObjectArrayElement(String[]#1, 3) = "d"
     GetStringUTFChars("d")
+    malloc(16) = block#3
     ReleaseStringUTFChars("d")
+    GetObjectArrayElement(String[]#1, 4) = "e"
+    GetStringUTFChars("e")
+    malloc(16) = block#4
+    ZELKM_Strdup("e")
+    trace JNI_DEBUG......exportLabel = e
+    ReleaseStringUTFChars("e")
     ZELKM_OpenKeyDb("a.kdb", "secret") = 0, handle 1
     ZELKM_ExportKeys(1, 1, "a.p12", "pfx secret", ["b", "c"]) = 0
     ZELKM_CloseKeyDb(1) = 0
@@ -213,6 +253,9 @@ TEST_F(ExportToPFXFile, EndsTheListWhereANodeCannotBeMade) {
                     R"(
     return 0
     held text "a"
+    held block#3
+    held block#4
+    held text "e"
   )");
 }
 

@@ -172,6 +172,21 @@ TEST_F(ExtractCertFromPKCS7Data, FreesAListThatCannotBeConverted) {
   )");
 }
 
+TEST_F(ExtractCertFromPKCS7Data, FreesNoListWhenTheLibraryHasNone) {
+  library().certList = [] { return nullptr; };
+  call(c_ExtractCertFromPKCS7Data, text("a.p7b"), JNI_TRUE);
+  EXPECT_TRANSCRIPT(R"(
+    GetStringUTFChars("a.p7b")
+    trace JNI_DEBUG......cCertFileName = a.p7b
+    ZELKM_Base64DecodeFileToBuf("a.p7b") = 0, buffer#1 [30 df]
+    ReleaseStringUTFChars("a.p7b")
+    ZELKM_ExtractCertListFromPKCS7Data([30 df], 2) = 0, null
+    ZELKM_Free(buffer#1)
+    return null
+    held nothing
+  )");
+}
+
 TEST_F(ExtractCertFromPKCS7Data, PassesANullFileNameOn) {
   library().answers["ZELKM_ExtractCertListFromPKCS7Data"] = 65;
   call(c_ExtractCertFromPKCS7Data, nullptr, JNI_FALSE);

@@ -3,19 +3,16 @@
 #include <openssl/evp.h>
 #include <sqlite3.h>
 #include <sys/resource.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <cstdlib>
+#include <optional>
 
 #include "tests/engine/km/heap.h"
+#include "tests/engine/sys/bound_by_modes.h"
 
 namespace zel::km::errors::faults {
 
 namespace {
-
-constexpr uid_t kRoot = 0;
-constexpr uid_t kNobody = 65534;
 
 constexpr int kNeverLocked = SQLITE_LOCK_EXCLUSIVE + 1;
 
@@ -25,11 +22,12 @@ struct Faults {
   int readingAnswer = SQLITE_OK;
   int lockedFrom = kNeverLocked; /**< the lowest of SQLite's locks that nobody gets */
   bool diskIsFull = false;
-  bool isSomebodyElse = false;
+  bool boundByModes = false;
   bool cryptographyFails = false;
 };
 Faults planned;
 Faults inForce;
+std::optional<test::BoundByModes> boundByModes;
 
 /** SQLite's own file system, with a hand in it. */
 class FileSystem {
@@ -101,7 +99,7 @@ void failReading(int sqliteCode) { planned.readingAnswer = sqliteCode; }
 void lockOut() { planned.lockedFrom = SQLITE_LOCK_SHARED; }
 void lockOutOfWriting() { planned.lockedFrom = SQLITE_LOCK_RESERVED; }
 void fillDisk() { planned.diskIsFull = true; }
-void becomeSomebodyElse() { planned.isSomebodyElse = geteuid() == kRoot; }
+void bindByModes() { planned.boundByModes = true; }
 void failCryptography() { planned.cryptographyFails = true; }
 
 void begin() {
@@ -111,14 +109,14 @@ void begin() {
     std::signal(SIGXFSZ, SIG_IGN);
     setFileSizeLimit(0);
   }
-  if (inForce.isSomebodyElse && seteuid(kNobody) != 0) std::abort();
+  if (inForce.boundByModes) boundByModes.emplace();
   if (inForce.cryptographyFails) EVP_set_default_properties(nullptr, "provider=none");
   heap::failNext(inForce.allocationFails);
 }
 
 void end() {
   heap::failNext(false);
-  if (inForce.isSomebodyElse && seteuid(kRoot) != 0) std::abort();
+  boundByModes.reset();
   if (inForce.diskIsFull) setFileSizeLimit(RLIM_INFINITY);
   if (inForce.cryptographyFails) EVP_set_default_properties(nullptr, "");
   inForce = {};

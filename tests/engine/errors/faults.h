@@ -3,7 +3,8 @@
 
 /**
  * @file
- * What a machine does rarely: no memory left, a disk that does not answer, another user. A fault is
+ * What a machine does rarely: no memory left, a disk that does not answer, a file that
+ * is closed to its user. A fault is
  * planned, and in force from begin() to end():
  *
  *     faults::failAllocation();
@@ -28,8 +29,8 @@ void lockOutOfWriting();
 /** Files grow no more. */
 void fillDisk();
 
-/** The process goes on as a user without rights; where it is not root it has none already. */
-void becomeSomebodyElse();
+/** Nobody may do more than the modes of the files let their owner do, root neither. */
+void bindByModes();
 
 /** OpenSSL finds none of its algorithms. */
 void failCryptography();

@@ -62,18 +62,16 @@ Home& fillStore(World& world) {
 
 void letOthersWrite(World& world) { fs::permissions(fillStore(world).store(), fs::perms::all); }
 
-/** Everybody may read the store, nobody write to it. */
+/** The store may be read, and nobody may write to it. */
 void letAllReadOnly(World& world) {
   const Home& home = fillStore(world);
-  constexpr fs::perms kRead =
-      fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
-  constexpr fs::perms kSearch =
-      fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+  constexpr fs::perms kRead = fs::perms::owner_read;
+  constexpr fs::perms kSearch = fs::perms::owner_exec;
   fs::permissions(home.folder.path(""), kRead | kSearch);
   for (const auto& entry : fs::recursive_directory_iterator(home.folder.path(""))) {
     fs::permissions(entry.path(), entry.is_directory() ? kRead | kSearch : kRead);
   }
-  faults::becomeSomebodyElse();
+  faults::bindByModes();
 }
 
 /** Puts two certificates in one file, the first of them the other's. */

@@ -195,7 +195,7 @@ std::vector<Troubles> troublesOfDatabases() {
        {{ZELKM_ERR_DATABASE_ALREADY_EXISTS, "the new file exists",
          [](World& w) { w.given.target = w.file.c_str(); }},
         {ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "the user may not make the new file",
-         [](World& w) { w.given.target = "/sys/new"; }},
+         [](World& w) { w.given.target = w.forbiddenFile(); }},
         {ZELKM_ERR_PWD_TOO_SHORT, "the new password has fewer than 6 characters",
          [](World& w) { w.given.newPassword = "short"; }}}},
 
@@ -231,7 +231,7 @@ std::vector<Troubles> troublesOfDatabases() {
         {ZELKM_ERR_DATABASE_CREATE, "the file cannot be made: its folder does not exist",
          [](World& w) { w.given.fileName = w.keep(w.path("none/new.kdb")); }},
         {ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "the user may not make the file",
-         [](World& w) { w.given.fileName = "/sys/new.kdb"; }},
+         [](World& w) { w.given.fileName = w.forbiddenFile(); }},
         {ZELKM_ERR_DATABASE_WRITE, "the disk is full", [](World&) { faults::fillDisk(); }},
         {ZELKM_ERR_PWD_TOO_SHORT,
          "the password has fewer than 6 characters, 14 for approved algorithms only",

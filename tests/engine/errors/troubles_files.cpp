@@ -12,8 +12,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kFullDevice = "/dev/full";
-/** The kernel's own files: nobody makes one among them, root neither. */
-constexpr const char* kForbidden = "/sys/forbidden";
 
 void giveFile(World& world, const char* name, std::string_view content) {
   const std::string file = world.path(name);
@@ -37,7 +35,7 @@ std::vector<Troubles> troublesOfFiles() {
        {{ZELKM_ERR_FILE_OPEN_NOT_EXIST, "the folder of the file to be written does not exist",
          [](World& w) { w.given.fileName = w.keep(w.path("none/file")); }},
         {ZELKM_ERR_FILE_OPEN_NOT_ALLOWED, "the user may not write the file",
-         [](World& w) { w.given.fileName = kForbidden; }},
+         [](World& w) { w.given.fileName = w.forbiddenFile(); }},
         {ZELKM_ERR_FILE_OPEN_TO_WRITE, "the file to be written is a folder", giveFolder},
         {ZELKM_ERR_FILE_WRITE, "the file cannot be written: the disk is full",
          [](World& w) { w.given.fileName = kFullDevice; }},

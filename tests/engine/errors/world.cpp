@@ -149,17 +149,21 @@ void World::tamper(const char* sql) const {
 
 void World::forbid(const std::string& name) const {
   fs::permissions(name, fs::perms::none);
-  faults::becomeSomebodyElse();
+  faults::bindByModes();
+}
+
+const char* World::forbiddenFile() {
+  const std::string folder = path("closed");
+  fs::create_directory(folder);
+  fs::permissions(folder, fs::perms::owner_read | fs::perms::owner_exec);
+  faults::bindByModes();
+  return keep(folder + "/new");
 }
 
 void World::forbidWriting() const {
-  constexpr fs::perms kRead =
-      fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
-  constexpr fs::perms kSearch =
-      fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
-  fs::permissions(file, kRead);
-  fs::permissions(path(""), kRead | kSearch);
-  faults::becomeSomebodyElse();
+  fs::permissions(file, fs::perms::owner_read);
+  fs::permissions(path(""), fs::perms::owner_read | fs::perms::owner_exec);
+  faults::bindByModes();
 }
 
 std::map<std::string, sys::Bytes> World::files() const {

@@ -117,6 +117,8 @@ class World {
   void tamper(const char* sql) const;
   /** Nobody may open the file any more. */
   void forbid(const std::string& file) const;
+  /** The name of a file that is not there, in a folder in which nobody may make it. */
+  const char* forbiddenFile();
   /** The database and its folder may only be read. */
   void forbidWriting() const;
   /** All files of the world. */
