@@ -13,6 +13,7 @@
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/keydb/creation.h"
 #include "tests/engine/cms/tools.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km {
 namespace {
@@ -26,7 +27,7 @@ const std::string& databaseOf(int count) {
   const auto found = files.find(count);
   if (found != files.end()) return found->second;
   const std::string file = folder.path(std::to_string(count) + ".kdb");
-  const auto store = createKeyDatabase(file, sys::bytesOf(kPassword), {}).value();
+  const auto store = createKeyDatabase(fileName(file), password(kPassword), {}).value();
   if (!insertEntries(*store, count)) std::abort();
   return files.emplace(count, file).first->second;
 }
@@ -36,7 +37,7 @@ template <typename Access>
 void accessEntries(benchmark::State& state, Access access) {
   const int count = static_cast<int>(state.range(0));
   const std::string& file = databaseOf(count);
-  std::mt19937 random(1);  // NOLINT(cert-msc32-c,cert-msc51-cpp): each run reads the same entries
+  std::mt19937 random(1);  // NOLINT(cert-msc51-cpp): each run reads the same entries
   std::uniform_int_distribution<int> any(0, count - 1);
   for ([[maybe_unused]] auto _ : state) {
     int handle = 0;

@@ -12,7 +12,7 @@ namespace zel::cms {
 namespace {
 
 constexpr int kSerialNumberBits = 127;
-constexpr std::int64_t kSecondsPerDay = 24 * 60 * 60;
+constexpr std::int64_t kSecondsPerDay = std::int64_t{24} * 60 * 60;
 constexpr std::int64_t kEndOfYear9999 = 253'402'300'799;
 
 sys::Status setSerialNumber(X509& certificate, const sys::Bytes& number) {

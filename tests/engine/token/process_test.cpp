@@ -128,6 +128,7 @@ TEST_P(TokenProcess, manyThreadsWorkOnOneTokenAndOnlyThePinOpensIt) {
   constexpr int kThreads = 16;
   std::atomic<int> wrongAnswers = 0;
   std::vector<std::thread> threads;
+  threads.reserve(kThreads);
   for (int number = 0; number < kThreads; ++number) {
     threads.emplace_back([this, number, &wrongAnswers] {
       for (int round = 0; round < 4; ++round) {
