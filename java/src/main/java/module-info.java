@@ -11,7 +11,6 @@ module com.nelo.zel.vosmar {
 
   exports com.nelo.security.cmskeystore;
   exports com.nelo.zel.vosmar.basic;
-  exports com.nelo.zel.vosmar.item;
 
   opens com.nelo.zel.vosmar.cli to
       picocli;
