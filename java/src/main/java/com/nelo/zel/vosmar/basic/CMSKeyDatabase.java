@@ -2,6 +2,8 @@ package com.nelo.zel.vosmar.basic;
 
 import static java.util.Objects.requireNonNull;
 
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.time.Duration;
@@ -31,9 +33,15 @@ import java.util.Optional;
  * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link KeyRingFile}, {@link Pkcs7File}
  * and {@link PrivateKeyEncryption} call those of their subjects.
  */
-public final class CMSKeyDatabase extends KeyDatabaseFile {
+public final class CMSKeyDatabase implements AutoCloseable {
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
+
+  /** The name of the file, as the native methods take it. */
+  final String file;
+
+  final Answers<CMSKeyDatabaseException> answers;
+  private final PasswordHolder held;
 
   // Filled by the native method while the labels are listed.
   private final List<String> keyLabels = new ArrayList<>();
@@ -41,7 +49,9 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
 
   /** Remembers a file without touching it. */
   CMSKeyDatabase(Path file, char[] password) {
-    super(file, password);
+    this.file = file.toString();
+    answers = new Answers<>(this.file, CMSKeyDatabaseException::new);
+    held = new PasswordHolder(this.file, requireNonNull(password));
   }
 
   /**
@@ -138,9 +148,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
           db.c_ChangeKeyDbPwd(
               db.file, db.password(), new String(newPassword), lifetime.toMillis());
       if (!changed) {
-        int code = db.c_OpenKeyDb(db.file, db.password());
-        boolean oldPasswordFits = code == 0 || code == ResultCode.PASSWORD_EXPIRATION_TIME.code();
-        throw db.failure(oldPasswordFits ? ResultCode.NEW_PASSWORD.code() : code);
+        throw db.answers.passwordUnchanged(db.c_OpenKeyDb(db.file, db.password()));
       }
     }
   }
@@ -158,7 +166,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     try (CMSKeyDatabase db = new CMSKeyDatabase(file, FROM_STASH)) {
       boolean required = db.c_IsPasswordRequired(db.file);
       if (!required && !Files.exists(file)) {
-        throw db.failure(ResultCode.KEYDB_NOT_EXIST);
+        throw db.answers.failure(ResultCode.KEYDB_NOT_EXIST.code());
       }
       return required;
     }
@@ -173,8 +181,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    */
   public void stashPassword() throws CMSKeyDatabaseException {
     if (!c_StashKeyDbPwd(file, password())) {
-      check(c_OpenKeyDb(file, password()));
-      throw failure(ResultCode.FILE_WRITE);
+      throw answers.passwordUnstashed(c_OpenKeyDb(file, password()));
     }
   }
 
@@ -192,7 +199,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   public synchronized Labels labels() throws CMSKeyDatabaseException {
     keyLabels.clear();
     requestLabels.clear();
-    check(c_BuildKeyLabelList(file, password()));
+    answers.check(c_BuildKeyLabelList(file, password()));
     return new Labels(List.copyOf(keyLabels), List.copyOf(requestLabels));
   }
 
@@ -205,11 +212,10 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
-    if (item == null) {
-      throw noEntry(label, labels().keys());
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(file, password(), requireNonNull(label), false),
+        label,
+        () -> labels().keys());
   }
 
   /**
@@ -221,11 +227,10 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), true);
-    if (item == null) {
-      throw noEntry(label, labels().requests());
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(file, password(), requireNonNull(label), true),
+        label,
+        () -> labels().requests());
   }
 
   /**
@@ -251,11 +256,10 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     label
    */
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
-    boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
-    if (!present && !labels().keys().contains(label)) {
-      throw noEntry(label, List.of());
-    }
-    return present;
+    return answers.holdsFor(
+        c_IsPrivateKeyPresent(file, password(), requireNonNull(label)),
+        label,
+        () -> labels().keys());
   }
 
   /**
@@ -267,11 +271,11 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     label
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
-    if (items == null) {
-      throw noEntry(label, labels().keys());
-    }
-    return List.of(items);
+    return List.of(
+        answers.found(
+            c_GetKeyItemListByLabel(file, password(), requireNonNull(label)),
+            label,
+            () -> labels().keys()));
   }
 
   /**
@@ -284,14 +288,10 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    */
   public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
       throws CMSKeyDatabaseException {
-    KeyItem[] items =
+    return answers.all(
         c_GetKeyItemsByPublicKey(
-            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo);
-    if (items == null) {
-      labels();
-      return List.of();
-    }
-    return List.of(items);
+            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo),
+        () -> labels().keys());
   }
 
   /**
@@ -305,7 +305,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    */
   public void insertCertificate(String label, byte[] certificate, boolean trusted)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_InsertKey(
             file, password(), requireNonNull(label), certificate.length, certificate, 0, null,
             trusted, false),
@@ -328,7 +328,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   public void insertKey(
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_InsertKey(
             file, password(), requireNonNull(label), certificate.length, certificate,
             privateKey.length, privateKey, trusted, makeDefault),
@@ -347,7 +347,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    */
   public void insertRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_InsertReqKey(
             file, password(), requireNonNull(label), request.length, request, privateKey.length,
             privateKey),
@@ -362,7 +362,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
+    answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
   }
 
   /**
@@ -373,7 +373,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
+    answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
   }
 
   /**
@@ -384,7 +384,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     label
    */
   public void setDefaultKey(String label) throws CMSKeyDatabaseException {
-    check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
+    answers.check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
   }
 
   /**
@@ -396,7 +396,23 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    *     label
    */
   public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
-    check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
+    answers.check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
+  }
+
+  /** Wipes the password. The database can be used no longer through this object. */
+  @Override
+  public void close() {
+    held.close();
+  }
+
+  @Override
+  public String toString() {
+    return "CMSKeyDatabase[" + file + "]";
+  }
+
+  /** The password as the native methods take it. */
+  String password() {
+    return held.password();
   }
 
   /** This database when the code is 0; otherwise the password is wiped. */
@@ -404,14 +420,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     if (code != 0) {
       close();
     }
-    check(code);
+    answers.check(code);
     return this;
-  }
-
-  /** Why a label led to nothing: an entry that is listed and yet not given cannot be read. */
-  private CMSKeyDatabaseException noEntry(String label, List<String> listed) {
-    return failure(
-        listed.contains(label) ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
   }
 
   /** Called by the native library for each label of a key while the labels are listed. */

@@ -2,6 +2,8 @@ package com.nelo.zel.vosmar.basic;
 
 import static java.util.Objects.requireNonNull;
 
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
@@ -21,14 +23,17 @@ import java.util.List;
  * <p>A secondary key database can stand beside a token: issuers that the token has no room for are
  * looked up there, and the signers that come along with a personal certificate are put there.
  */
-public final class CryptographicToken extends PasswordHolder {
+public final class CryptographicToken implements AutoCloseable {
   // Filled by the native method while the tokens of a module are listed.
   private static final List<String> TOKEN_LABELS = new ArrayList<>();
 
   final String module;
   final String tokenLabel;
+  final Answers<CMSKeyDatabaseException> answers;
+  private final String name;
+  private final PasswordHolder held;
   private String secondaryFile;
-  private char[] secondaryPassword;
+  private PasswordHolder secondaryHeld = new PasswordHolder("", null);
 
   // Filled by the native method while the labels are listed.
   private final List<String> personalLabels = new ArrayList<>();
@@ -36,9 +41,11 @@ public final class CryptographicToken extends PasswordHolder {
   private final List<String> requestLabels = new ArrayList<>();
 
   private CryptographicToken(String module, String tokenLabel, char[] password) {
-    super(module + ", " + tokenLabel, password);
     this.module = requireNonNull(module);
     this.tokenLabel = requireNonNull(tokenLabel);
+    name = module + ", " + tokenLabel;
+    answers = new Answers<>(name, CMSKeyDatabaseException::new);
+    held = new PasswordHolder(name, password);
   }
 
   /**
@@ -123,7 +130,7 @@ public final class CryptographicToken extends PasswordHolder {
     KMSystem.start();
     requireNonNull(oldPassword);
     try (CryptographicToken token = new CryptographicToken(module, tokenLabel, oldPassword)) {
-      token.check(
+      token.answers.check(
           token.c_ChangeKeyDbPwd(
               token.module, tokenLabel, token.password(), new String(newPassword)));
     }
@@ -142,9 +149,9 @@ public final class CryptographicToken extends PasswordHolder {
    * @param itsPassword the password of the database, or null to use its stash file
    */
   public synchronized void useSecondaryKeyDatabase(Path file, char[] itsPassword) {
-    wipe(secondaryPassword);
+    secondaryHeld.close();
     secondaryFile = file == null ? null : file.toString();
-    secondaryPassword = copyOf(itsPassword);
+    secondaryHeld = new PasswordHolder(secondaryFile, itsPassword);
   }
 
   /**
@@ -157,7 +164,7 @@ public final class CryptographicToken extends PasswordHolder {
     personalLabels.clear();
     signerLabels.clear();
     requestLabels.clear();
-    check(c_BuildKeyLabelList(module, tokenLabel, password()));
+    answers.check(c_BuildKeyLabelList(module, tokenLabel, password()));
     return new Labels(
         List.copyOf(personalLabels), List.copyOf(signerLabels), List.copyOf(requestLabels));
   }
@@ -171,14 +178,10 @@ public final class CryptographicToken extends PasswordHolder {
    *     such entry
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item =
-        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false);
-    if (item == null) {
-      Labels listed = labels();
-      boolean known = listed.personal().contains(label) || listed.signers().contains(label);
-      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
+        label,
+        this::keyLabels);
   }
 
   /**
@@ -190,13 +193,10 @@ public final class CryptographicToken extends PasswordHolder {
    *     the label
    */
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item =
-        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true);
-    if (item == null) {
-      boolean known = labels().requests().contains(label);
-      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
+        label,
+        () -> labels().requests());
   }
 
   /**
@@ -207,7 +207,7 @@ public final class CryptographicToken extends PasswordHolder {
    *     such entry
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
         label);
   }
@@ -220,7 +220,7 @@ public final class CryptographicToken extends PasswordHolder {
    *     the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
         label);
   }
@@ -228,8 +228,18 @@ public final class CryptographicToken extends PasswordHolder {
   /** Wipes the passwords. The token can be used no longer through this object. */
   @Override
   public synchronized void close() {
-    super.close();
-    wipe(secondaryPassword);
+    held.close();
+    secondaryHeld.close();
+  }
+
+  @Override
+  public String toString() {
+    return "CryptographicToken[" + name + "]";
+  }
+
+  /** The password as the native methods take it. */
+  String password() {
+    return held.password();
   }
 
   synchronized String secondaryFile() {
@@ -237,7 +247,14 @@ public final class CryptographicToken extends PasswordHolder {
   }
 
   synchronized String secondaryPassword() {
-    return textOf(secondaryPassword);
+    return secondaryHeld.password();
+  }
+
+  private List<String> keyLabels() throws CMSKeyDatabaseException {
+    Labels listed = labels();
+    List<String> keys = new ArrayList<>(listed.personal());
+    keys.addAll(listed.signers());
+    return keys;
   }
 
   /** Called by the native library for each token while the tokens of a module are listed. */

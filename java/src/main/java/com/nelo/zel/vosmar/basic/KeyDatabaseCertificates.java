@@ -39,7 +39,7 @@ public final class KeyDatabaseCertificates {
               certificate.extensions().length, certificate.extensions(), certificate.fileName(),
               certificate.isBase64());
     }
-    db.check(code, certificate.label());
+    db.answers.check(code, certificate.label());
   }
 
   /**
@@ -63,7 +63,7 @@ public final class KeyDatabaseCertificates {
               request.subject(), request.signatureAlgorithm().selector(),
               request.extensions().length, request.extensions(), request.fileName(), true);
     }
-    db.check(code, request.label());
+    db.answers.check(code, request.label());
   }
 
   /**
@@ -89,7 +89,7 @@ public final class KeyDatabaseCertificates {
               issue.validityDays(), algorithm.selector(), issue.requestFileName(),
               issue.certificateFileName(), issue.isBase64());
     }
-    db.check(code, issue.issuerLabel());
+    db.answers.check(code, issue.issuerLabel());
   }
 
   /**
@@ -103,7 +103,7 @@ public final class KeyDatabaseCertificates {
    */
   public void receive(Path source, Encoding encoding, boolean makeDefault)
       throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ReceiveCert(
             db.file, db.password(), source.toString(), encoding.isBase64(), makeDefault),
         source);
@@ -119,7 +119,7 @@ public final class KeyDatabaseCertificates {
    *     label is taken
    */
   public void addCa(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_AddCaCert(
             db.file, db.password(), requireNonNull(label), source.toString(),
             encoding.isBase64()),
@@ -134,12 +134,9 @@ public final class KeyDatabaseCertificates {
    * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
    */
   public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean renewal =
-        db.c_CheckCertAsRenewal(db.file, db.password(), certificate.length, certificate);
-    if (!renewal) {
-      db.labels();
-    }
-    return renewal;
+    return db.answers.holds(
+        db.c_CheckCertAsRenewal(db.file, db.password(), certificate.length, certificate),
+        () -> db.labels().keys());
   }
 
   /**
@@ -149,7 +146,7 @@ public final class KeyDatabaseCertificates {
    * @throws CMSKeyDatabaseException when it renews none
    */
   public void renew(byte[] certificate) throws CMSKeyDatabaseException {
-    db.check(db.c_RenewCert(db.file, db.password(), certificate.length, certificate));
+    db.answers.check(db.c_RenewCert(db.file, db.password(), certificate.length, certificate));
   }
 
   /**
@@ -161,12 +158,9 @@ public final class KeyDatabaseCertificates {
    * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
    */
   public boolean isValid(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean valid =
-        db.c_ValidateCertificateChain(db.file, db.password(), certificate, certificate.length);
-    if (!valid) {
-      db.labels();
-    }
-    return valid;
+    return db.answers.holds(
+        db.c_ValidateCertificateChain(db.file, db.password(), certificate, certificate.length),
+        () -> db.labels().keys());
   }
 
   /**
@@ -178,7 +172,7 @@ public final class KeyDatabaseCertificates {
    *     the label
    */
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ExtractCertReq(db.file, db.password(), requireNonNull(label), target.toString()),
         label);
   }
@@ -194,7 +188,7 @@ public final class KeyDatabaseCertificates {
    */
   public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
       throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ExtractCertReqSig(
             db.file, db.password(), requireNonNull(label), algorithm.selector(),
             target.toString()),
@@ -211,7 +205,7 @@ public final class KeyDatabaseCertificates {
    *     label
    */
   public void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ExtractCert(
             db.file, db.password(), requireNonNull(label), target.toString(),
             encoding.isBase64()),

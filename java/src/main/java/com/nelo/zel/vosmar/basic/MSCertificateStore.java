@@ -2,6 +2,8 @@ package com.nelo.zel.vosmar.basic;
 
 import static java.util.Objects.requireNonNull;
 
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
@@ -16,11 +18,13 @@ import java.util.List;
  * CMSKeyDatabase} says of passwords and strings, of missing arguments, and of reasons that are told a
  * moment later, holds here too.
  */
-public final class MSCertificateStore extends PasswordHolder {
+public final class MSCertificateStore implements AutoCloseable {
   // Filled by the native method while the stores are listed.
   private static final List<String> CSP_NAMES = new ArrayList<>();
 
   private final String cspName;
+  private final Answers<CMSKeyDatabaseException> answers;
+  private final PasswordHolder held;
 
   // Filled by the native method while the labels are listed.
   private final List<String> labels = new ArrayList<>();
@@ -28,8 +32,9 @@ public final class MSCertificateStore extends PasswordHolder {
   private final List<String> signerLabels = new ArrayList<>();
 
   private MSCertificateStore(String cspName, char[] password) {
-    super(cspName, password);
     this.cspName = requireNonNull(cspName);
+    answers = new Answers<>(cspName, CMSKeyDatabaseException::new);
+    held = new PasswordHolder(cspName, password);
   }
 
   /**
@@ -92,7 +97,7 @@ public final class MSCertificateStore extends PasswordHolder {
     labels.clear();
     personalLabels.clear();
     signerLabels.clear();
-    check(c_BuildKeyLabelList(cspName, password()));
+    answers.check(c_BuildKeyLabelList(cspName, held.password()));
     return new Labels(
         List.copyOf(labels), List.copyOf(personalLabels), List.copyOf(signerLabels));
   }
@@ -106,12 +111,10 @@ public final class MSCertificateStore extends PasswordHolder {
    *     label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(cspName, password(), requireNonNull(label));
-    if (item == null) {
-      boolean known = labels().all().contains(label);
-      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(cspName, held.password(), requireNonNull(label)),
+        label,
+        () -> labels().all());
   }
 
   /**
@@ -122,7 +125,9 @@ public final class MSCertificateStore extends PasswordHolder {
    * @throws CMSKeyDatabaseException when the store cannot be opened or read
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    return listOf(c_GetKeyItemListByLabel(cspName, password(), requireNonNull(label)));
+    return answers.all(
+        c_GetKeyItemListByLabel(cspName, held.password(), requireNonNull(label)),
+        () -> labels().all());
   }
 
   /**
@@ -134,9 +139,10 @@ public final class MSCertificateStore extends PasswordHolder {
    */
   public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
       throws CMSKeyDatabaseException {
-    return listOf(
+    return answers.all(
         c_GetKeyItemsByPublicKey(
-            cspName, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo));
+            cspName, held.password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo),
+        () -> labels().all());
   }
 
   /**
@@ -147,7 +153,7 @@ public final class MSCertificateStore extends PasswordHolder {
    *     label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(cspName, password(), requireNonNull(label)), label);
+    answers.check(c_DeleteKeyItemByLabel(cspName, held.password(), requireNonNull(label)), label);
   }
 
   /**
@@ -161,10 +167,10 @@ public final class MSCertificateStore extends PasswordHolder {
    */
   public void importCertificate(String label, byte[] certificate, byte[] privateKey)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_ImportCertificate(
             cspName,
-            password(),
+            held.password(),
             requireNonNull(label),
             certificate.length,
             certificate,
@@ -184,9 +190,9 @@ public final class MSCertificateStore extends PasswordHolder {
    */
   public void addSigner(String label, Path certificate, Encoding encoding)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_AddSignerCertificate(
-            cspName, password(), requireNonNull(label), certificate.toString(),
+            cspName, held.password(), requireNonNull(label), certificate.toString(),
             encoding.isBase64()),
         label);
   }
@@ -204,10 +210,10 @@ public final class MSCertificateStore extends PasswordHolder {
     if (certificate.isDefaultKey() || certificate.fileName() != null) {
       throw new IllegalArgumentException("a certificate store has no default key and no files");
     }
-    check(
+    answers.check(
         c_CreateNewSelfSignedCertificate(
             cspName,
-            password(),
+            held.password(),
             certificate.version(),
             certificate.label(),
             certificate.keyType().selector(),
@@ -219,13 +225,15 @@ public final class MSCertificateStore extends PasswordHolder {
         certificate.label());
   }
 
-  /** Nothing found and nothing readable look alike; listing the labels tells them apart. */
-  private List<KeyItem> listOf(KeyItem[] items) throws CMSKeyDatabaseException {
-    if (items == null) {
-      labels();
-      return List.of();
-    }
-    return List.of(items);
+  /** Wipes the password. The store can be used no longer through this object. */
+  @Override
+  public void close() {
+    held.close();
+  }
+
+  @Override
+  public String toString() {
+    return "MSCertificateStore[" + cspName + "]";
   }
 
   /** Called by the native library for each store while the stores are listed. */

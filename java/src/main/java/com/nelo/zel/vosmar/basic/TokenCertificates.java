@@ -24,7 +24,7 @@ public final class TokenCertificates {
    *     be read, {@link ResultCode#REQKEY_FOR_CERT_NULL} when there is no such request
    */
   public void receive(Path source, Encoding encoding) throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_ReceivePersonalCertificate(
             token.module, token.tokenLabel, token.password(), token.secondaryFile(),
             token.secondaryPassword(), source.toString(), encoding.isBase64()),
@@ -42,7 +42,7 @@ public final class TokenCertificates {
    */
   public void importCertificate(String label, byte[] certificate, byte[] privateKey)
       throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_ImportCertificate(
             token.module, token.tokenLabel, token.password(), token.secondaryFile(),
             token.secondaryPassword(), requireNonNull(label), certificate.length, certificate,
@@ -61,7 +61,7 @@ public final class TokenCertificates {
    */
   public void addSigner(String label, Path source, Encoding encoding)
       throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_AddSignerCertificate(
             token.module, token.tokenLabel, token.password(), requireNonNull(label),
             source.toString(), encoding.isBase64()),
@@ -79,7 +79,7 @@ public final class TokenCertificates {
    */
   public void extract(String label, Path target, Encoding encoding)
       throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_ExtractCertificate(
             token.module, token.tokenLabel, token.password(), requireNonNull(label),
             target.toString(), encoding.isBase64()),
@@ -98,7 +98,7 @@ public final class TokenCertificates {
     if (request.extensions().length > 0) {
       throw new IllegalArgumentException("a request made on a token asks for no extensions");
     }
-    token.check(
+    token.answers.check(
         token.c_CreatePersonalCertificateRequest(
             token.module, token.tokenLabel, token.password(), request.label(),
             request.keyType().selector(), request.subject(),
@@ -117,7 +117,7 @@ public final class TokenCertificates {
    */
   public void importRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_ImportPersonalCertificateRequest(
             token.module, token.tokenLabel, token.password(), requireNonNull(label),
             request.length, request, lengthOf(privateKey), privateKey),
@@ -133,7 +133,7 @@ public final class TokenCertificates {
    *     the label
    */
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_ExtractPersonalCertificateRequest(
             token.module, token.tokenLabel, token.password(), requireNonNull(label),
             target.toString()),
@@ -151,7 +151,7 @@ public final class TokenCertificates {
    */
   public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
       throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_RecreatePersonalCertificateRequest(
             token.module, token.tokenLabel, token.password(), requireNonNull(label),
             algorithm.selector(), target.toString()),
@@ -174,7 +174,7 @@ public final class TokenCertificates {
       throw new IllegalArgumentException(
           "a token has no default key, and takes neither extensions nor files");
     }
-    token.check(
+    token.answers.check(
         token.c_CreateSelfSignedCertificate(
             token.module, token.tokenLabel, token.password(), certificate.version(),
             certificate.label(), certificate.keyType().selector(), certificate.subject(),
@@ -190,13 +190,10 @@ public final class TokenCertificates {
    * @throws CMSKeyDatabaseException when the token cannot be opened or read
    */
   public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean renewal =
+    return token.answers.holds(
         token.c_IsPersonalCertificateRenewal(
-            token.module, token.tokenLabel, token.password(), certificate.length, certificate);
-    if (!renewal) {
-      token.labels();
-    }
-    return renewal;
+            token.module, token.tokenLabel, token.password(), certificate.length, certificate),
+        () -> token.labels().signers());
   }
 
   /**
@@ -206,7 +203,7 @@ public final class TokenCertificates {
    * @throws CMSKeyDatabaseException when it renews none
    */
   public void renew(byte[] certificate) throws CMSKeyDatabaseException {
-    token.check(
+    token.answers.check(
         token.c_RenewPersonalCertificate(
             token.module, token.tokenLabel, token.password(), certificate.length, certificate));
   }

@@ -1,4 +1,4 @@
-package com.nelo.zel.vosmar.basic;
+package com.nelo.zel.vosmar.internal;
 
 import java.io.IOException;
 import java.io.InputStream;
@@ -16,7 +16,7 @@ import java.util.List;
  *   <li>from the jar, which carries the library and its companions for Linux on x86-64.
  * </ol>
  */
-final class NativeLibrary {
+public final class NativeLibrary {
   private static final String DIRECTORY_PROPERTY = "vosmar.library.dir";
   private static final String NAME = "zel7kjni_64";
   private static final String RESOURCES = "/native/linux-x86_64/";
@@ -35,7 +35,7 @@ final class NativeLibrary {
    *
    * @throws UnsatisfiedLinkError when it is nowhere to be found, or cannot be used
    */
-  static synchronized void load() {
+  public static synchronized void load() {
     if (loaded) {
       return;
     }
