@@ -4,6 +4,7 @@ import static java.util.Objects.requireNonNull;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.KMSystem;
+import com.nelo.zel.vosmar.basic.Labels;
 import com.nelo.zel.vosmar.basic.ResultCode;
 import com.nelo.zel.vosmar.internal.Answers;
 import com.nelo.zel.vosmar.internal.PasswordHolder;
@@ -43,14 +44,6 @@ public final class CMSKeyDatabase implements AutoCloseable {
     answers = new Answers<>(this.file, CMSKeyDatabaseException::new);
     held = new PasswordHolder(this.file, requireNonNull(password));
   }
-
-  /**
-   * The labels of a key database, in the order of the database.
-   *
-   * @param keys those of keys and certificates
-   * @param requests those of pending requests
-   */
-  public record Labels(List<String> keys, List<String> requests) {}
 
   /**
    * Creates a key database.

@@ -15,25 +15,11 @@ import java.util.Optional;
  * A key database file: keys with their certificates, certificates alone, and pending requests, each
  * under a label.
  *
- * <p>An object of this class remembers a file and its password. It keeps nothing open: each operation
- * opens the file, works, and closes it, so that several programs can use one database. Operations may
- * be called from any thread. {@link #close()} wipes the password.
- *
- * <p>Passwords are taken as {@code char[]}, which the caller can wipe; the native methods take them as
- * strings, so that each operation leaves a copy in the heap until the garbage collector overwrites it.
- *
- * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
- * database is looked at again to learn the reason, so the reason told may be of a moment later.
- *
- * <p>An argument is null only where its description says so: the native methods do not look, and a
- * missing text would end the virtual machine. Public methods do, and throw a {@link
- * NullPointerException}.
- *
  * <p>The library looks for its native methods in this class only, so they stand here for the whole
- * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link KeyRingFile}, {@link Pkcs7File}
- * and {@link PrivateKeyEncryption} call those of their subjects.
+ * package: the {@link Certificates} of a key database, {@link PfxFile}, {@link KeyRingFile}, {@link
+ * Pkcs7File} and {@link PrivateKeyEncryption} call those of their subjects.
  */
-public final class CMSKeyDatabase implements AutoCloseable {
+public final class CMSKeyDatabase implements EntryStore {
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
 
@@ -53,14 +39,6 @@ public final class CMSKeyDatabase implements AutoCloseable {
     answers = new Answers<>(this.file, CMSKeyDatabaseException::new);
     held = new PasswordHolder(this.file, requireNonNull(password));
   }
-
-  /**
-   * The labels of a key database, in the order of the database.
-   *
-   * @param keys those of keys and certificates
-   * @param requests those of pending requests
-   */
-  public record Labels(List<String> keys, List<String> requests) {}
 
   /**
    * Creates a key database.
@@ -185,17 +163,12 @@ public final class CMSKeyDatabase implements AutoCloseable {
     }
   }
 
-  /** {@return the certificates and requests of this database} */
-  public KeyDatabaseCertificates certificates() {
+  @Override
+  public Certificates certificates() {
     return new KeyDatabaseCertificates(this);
   }
 
-  /**
-   * Lists the labels.
-   *
-   * @return the labels of keys and of pending requests
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public synchronized Labels labels() throws CMSKeyDatabaseException {
     keyLabels.clear();
     requestLabels.clear();
@@ -203,14 +176,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
     return new Labels(List.copyOf(keyLabels), List.copyOf(requestLabels));
   }
 
-  /**
-   * Reads a key or certificate.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public KeyItem key(String label) throws CMSKeyDatabaseException {
     return answers.found(
         c_GetKeyItemByLabel(file, password(), requireNonNull(label), false),
@@ -218,14 +184,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
         () -> labels().keys());
   }
 
-  /**
-   * Reads a pending request.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public KeyItem request(String label) throws CMSKeyDatabaseException {
     return answers.found(
         c_GetKeyItemByLabel(file, password(), requireNonNull(label), true),
@@ -233,12 +192,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
         () -> labels().requests());
   }
 
-  /**
-   * Reads the default key.
-   *
-   * @return the entry, or nothing when the database has no default key
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public Optional<KeyItem> defaultKey() throws CMSKeyDatabaseException {
     KeyItem item = c_GetDefaultKeyItem(file, password());
     if (item == null) {
@@ -247,14 +201,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
     return Optional.ofNullable(item);
   }
 
-  /**
-   * Whether an entry has a private key.
-   *
-   * @param label its label
-   * @return false for a certificate alone
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
     return answers.holdsFor(
         c_IsPrivateKeyPresent(file, password(), requireNonNull(label)),
@@ -262,14 +209,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
         () -> labels().keys());
   }
 
-  /**
-   * Reads all entries that share a label.
-   *
-   * @param label the label
-   * @return the entries, one at least
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
     return List.of(
         answers.found(
@@ -278,14 +218,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
             () -> labels().keys()));
   }
 
-  /**
-   * Reads all entries of a public key.
-   *
-   * @param subjectPublicKeyInfo the key as a DER SubjectPublicKeyInfo, which is what {@link
-   *     java.security.PublicKey#getEncoded} gives
-   * @return the entries; empty when there are none
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
       throws CMSKeyDatabaseException {
     return answers.all(
@@ -294,15 +227,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
         () -> labels().keys());
   }
 
-  /**
-   * Adds a certificate without private key.
-   *
-   * @param label its label
-   * @param certificate a DER certificate
-   * @param trusted whether chains may end at it
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken
-   */
+  @Override
   public void insertCertificate(String label, byte[] certificate, boolean trusted)
       throws CMSKeyDatabaseException {
     answers.check(
@@ -312,19 +237,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
         label);
   }
 
-  /**
-   * Adds a key and its certificate.
-   *
-   * @param label its label
-   * @param certificate a DER certificate
-   * @param privateKey its key: PKCS&nbsp;#8, EncryptedPrivateKeyInfo under the password of this
-   *     database, or a traditional RSA or EC key, in DER; the caller wipes it
-   * @param trusted whether chains may end at the certificate
-   * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and certificate do not
-   *     belong together
-   */
+  @Override
   public void insertKey(
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
       throws CMSKeyDatabaseException {
@@ -335,16 +248,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
         label);
   }
 
-  /**
-   * Adds a pending request and its key.
-   *
-   * @param label its label
-   * @param request a DER request
-   * @param privateKey its key, as for {@link #insertKey}
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and request do not
-   *     belong together
-   */
+  @Override
   public void insertRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException {
     answers.check(
@@ -354,52 +258,32 @@ public final class CMSKeyDatabase implements AutoCloseable {
         label);
   }
 
-  /**
-   * Deletes a key or certificate for good.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void deleteKey(String label) throws CMSKeyDatabaseException {
     answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
   }
 
-  /**
-   * Deletes a pending request and its key for good.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
     answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
   }
 
-  /**
-   * Makes a key the default key.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void setDefaultKey(String label) throws CMSKeyDatabaseException {
     answers.check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
   }
 
-  /**
-   * Says whether chains may end at a certificate.
-   *
-   * @param label its label
-   * @param trusted whether they may
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
     answers.check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
   }
 
-  /** Wipes the password. The database can be used no longer through this object. */
+  @Override
+  public void useSecondaryKeyDatabase(Path secondary, char[] itsPassword)
+      throws CMSKeyDatabaseException {
+    throw new Refusals(answers, ResultCode.UNSUPPORTED_OPTION).of(Refusals.SECONDARY);
+  }
+
   @Override
   public void close() {
     held.close();

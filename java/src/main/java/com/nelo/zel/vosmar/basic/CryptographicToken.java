@@ -7,6 +7,7 @@ import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
 
 /**
  * A PKCS#11 token, reached through the module that its maker delivers: personal keys with their
@@ -15,21 +16,20 @@ import java.util.List;
  * <p>A module is named by its file, or by the name that p11-kit's configuration has for it, such as
  * {@code softhsm2}. Arguments that it wants when it is initialised follow after {@code ?args=}.
  *
- * <p>An object of this class remembers a module, a token's label and its password. It keeps no session
- * open: each operation opens the token, works, and closes it. {@link #close()} wipes the password.
- * What {@link CMSKeyDatabase} says of passwords and strings, of missing arguments, and of reasons that
- * are told a moment later, holds here too.
- *
  * <p>A secondary key database can stand beside a token: issuers that the token has no room for are
  * looked up there, and the signers that come along with a personal certificate are put there.
+ *
+ * <p>The library looks for its native methods in this class only; the {@link Certificates} of a token
+ * call those of their subject.
  */
-public final class CryptographicToken implements AutoCloseable {
+public final class CryptographicToken implements EntryStore {
   // Filled by the native method while the tokens of a module are listed.
   private static final List<String> TOKEN_LABELS = new ArrayList<>();
 
   final String module;
   final String tokenLabel;
   final Answers<CMSKeyDatabaseException> answers;
+  final Refusals refusals;
   private final String name;
   private final PasswordHolder held;
   private String secondaryFile;
@@ -45,17 +45,9 @@ public final class CryptographicToken implements AutoCloseable {
     this.tokenLabel = requireNonNull(tokenLabel);
     name = module + ", " + tokenLabel;
     answers = new Answers<>(name, CMSKeyDatabaseException::new);
+    refusals = new Refusals(answers, ResultCode.CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
     held = new PasswordHolder(name, password);
   }
-
-  /**
-   * The labels of a token, in the order of the token.
-   *
-   * @param personal those of certificates with their private keys
-   * @param signers those of certificates alone
-   * @param requests those of pending requests
-   */
-  public record Labels(List<String> personal, List<String> signers, List<String> requests) {}
 
   /**
    * Lists the tokens that a module offers.
@@ -136,62 +128,48 @@ public final class CryptographicToken implements AutoCloseable {
     }
   }
 
-  /** {@return the certificates and requests of this token} */
-  public TokenCertificates certificates() {
+  @Override
+  public Certificates certificates() {
     return new TokenCertificates(this);
   }
 
-  /**
-   * Puts a key database beside the token, for {@link TokenCertificates#receive} and {@link
-   * TokenCertificates#importCertificate}.
-   *
-   * @param file the key database, or null for none from now on
-   * @param itsPassword the password of the database, or null to use its stash file
-   */
+  @Override
   public synchronized void useSecondaryKeyDatabase(Path file, char[] itsPassword) {
     secondaryHeld.close();
     secondaryFile = file == null ? null : file.toString();
     secondaryHeld = new PasswordHolder(secondaryFile, itsPassword);
   }
 
-  /**
-   * Lists the labels.
-   *
-   * @return the labels of personal certificates, signers and requests
-   * @throws CMSKeyDatabaseException when the token cannot be opened or read
-   */
+  /** Personal keys first, then the certificates of signers. */
+  @Override
   public synchronized Labels labels() throws CMSKeyDatabaseException {
-    personalLabels.clear();
-    signerLabels.clear();
-    requestLabels.clear();
-    answers.check(c_BuildKeyLabelList(module, tokenLabel, password()));
-    return new Labels(
-        List.copyOf(personalLabels), List.copyOf(signerLabels), List.copyOf(requestLabels));
+    listLabels();
+    List<String> keys = new ArrayList<>(personalLabels);
+    keys.addAll(signerLabels);
+    return new Labels(List.copyOf(keys), List.copyOf(requestLabels));
   }
 
-  /**
-   * Reads a personal key or a signer's certificate.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
-   *     such entry
-   */
+  @Override
+  public synchronized List<String> personalLabels() throws CMSKeyDatabaseException {
+    listLabels();
+    return List.copyOf(personalLabels);
+  }
+
+  @Override
+  public synchronized List<String> signerLabels() throws CMSKeyDatabaseException {
+    listLabels();
+    return List.copyOf(signerLabels);
+  }
+
+  @Override
   public KeyItem key(String label) throws CMSKeyDatabaseException {
     return answers.found(
         c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
         label,
-        this::keyLabels);
+        () -> labels().keys());
   }
 
-  /**
-   * Reads a pending request.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public KeyItem request(String label) throws CMSKeyDatabaseException {
     return answers.found(
         c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
@@ -199,33 +177,61 @@ public final class CryptographicToken implements AutoCloseable {
         () -> labels().requests());
   }
 
-  /**
-   * Deletes a personal key or a signer's certificate.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
-   *     such entry
-   */
+  @Override
+  public Optional<KeyItem> defaultKey() {
+    return Optional.empty();
+  }
+
+  @Override
+  public void insertCertificate(String label, byte[] certificate, boolean trusted)
+      throws CMSKeyDatabaseException {
+    refusals.when(trusted, Refusals.TRUST);
+    importCertificate(label, certificate, 0, null);
+  }
+
+  @Override
+  public void insertKey(
+      String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
+      throws CMSKeyDatabaseException {
+    refusals.when(trusted, Refusals.TRUST);
+    refusals.when(makeDefault, Refusals.DEFAULT_KEY);
+    importCertificate(label, certificate, privateKey.length, privateKey);
+  }
+
+  @Override
+  public void insertRequest(String label, byte[] request, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    answers.check(
+        c_ImportPersonalCertificateRequest(
+            module, tokenLabel, password(), requireNonNull(label), request.length, request,
+            privateKey == null ? 0 : privateKey.length, privateKey),
+        label);
+  }
+
+  @Override
   public void deleteKey(String label) throws CMSKeyDatabaseException {
     answers.check(
         c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
         label);
   }
 
-  /**
-   * Deletes a pending request and its key pair.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
     answers.check(
         c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
         label);
   }
 
-  /** Wipes the passwords. The token can be used no longer through this object. */
+  @Override
+  public void setDefaultKey(String label) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.DEFAULT_KEY);
+  }
+
+  @Override
+  public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.TRUST);
+  }
+
   @Override
   public synchronized void close() {
     held.close();
@@ -250,11 +256,21 @@ public final class CryptographicToken implements AutoCloseable {
     return secondaryHeld.password();
   }
 
-  private List<String> keyLabels() throws CMSKeyDatabaseException {
-    Labels listed = labels();
-    List<String> keys = new ArrayList<>(listed.personal());
-    keys.addAll(listed.signers());
-    return keys;
+  private void importCertificate(
+      String label, byte[] certificate, int keyLength, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    answers.check(
+        c_ImportCertificate(
+            module, tokenLabel, password(), secondaryFile(), secondaryPassword(),
+            requireNonNull(label), certificate.length, certificate, keyLength, privateKey),
+        label);
+  }
+
+  private void listLabels() throws CMSKeyDatabaseException {
+    personalLabels.clear();
+    signerLabels.clear();
+    requestLabels.clear();
+    answers.check(c_BuildKeyLabelList(module, tokenLabel, password()));
   }
 
   /** Called by the native library for each token while the tokens of a module are listed. */

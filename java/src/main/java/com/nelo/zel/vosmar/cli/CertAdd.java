@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -15,8 +16,8 @@ final class CertAdd extends EntryCommand {
   @Mixin private SourceFile source;
 
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
-    entries.addCa(label, source.path(), source.encoding());
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
+    store.certificates().add(label, source.path(), source.encoding());
     out.print("added " + label, Map.of("added", label));
   }
 }

@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.Encoding;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -20,11 +21,11 @@ final class CertExtract extends EntryCommand {
   @Mixin private TargetFile target;
 
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
     if (!request) {
-      entries.extract(label, target.path(), target.encoding());
+      store.certificates().extract(label, target.path(), target.encoding());
     } else if (target.encoding() == Encoding.BASE64) {
-      entries.extractRequest(label, target.path());
+      store.certificates().extractRequest(label, target.path());
     } else {
       throw new IllegalArgumentException("a request is written in Base64");
     }

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -17,9 +18,9 @@ final class CertReceive extends EntryCommand {
   @Mixin private SecondaryDatabase secondary;
 
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
-    secondary.putBeside(entries);
-    entries.receive(source.path(), source.encoding(), defaultKey);
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
+    secondary.putBeside(store);
+    store.certificates().receive(source.path(), source.encoding(), defaultKey);
     out.print("received " + source.path(), Map.of("received", source.path()));
   }
 }

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Mixin;
@@ -17,15 +18,15 @@ final class CertRenew extends EntryCommand {
   private boolean renews = true;
 
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
     if (check) {
-      renews = entries.isRenewal(source.certificate());
+      renews = store.certificates().isRenewal(source.certificate());
       out.print(
           source.path() + (renews ? " renews a certificate" : " renews no certificate"),
           Map.of("file", source.path(), "renews", renews));
       return;
     }
-    entries.renew(source.certificate());
+    store.certificates().renew(source.certificate());
     out.print("renewed with " + source.path(), Map.of("renewed", source.path()));
   }
 

@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.AlternativeNames;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import com.nelo.zel.vosmar.basic.NewCertificateRequest;
 import java.nio.file.Path;
 import java.util.Map;
@@ -34,14 +35,14 @@ final class CertRequest extends EntryCommand {
   private Path target;
 
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
     NewCertificateRequest request =
         new NewCertificateRequest(label, newKey.subject(), newKey.keyType(), target)
             .signedWith(newKey.signature());
     if (alternativeNames != null) {
       request.alsoNamed(AlternativeNames.parse(alternativeNames));
     }
-    entries.createRequest(request);
+    store.certificates().createRequest(request);
     out.print("wrote " + target, Map.of("written", target));
   }
 }

@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.Encoding;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import com.nelo.zel.vosmar.basic.SelfSignedCertificate;
 import java.nio.file.Path;
 import picocli.CommandLine.Command;
@@ -31,7 +32,7 @@ final class CertSelfSign extends EntryCommand {
   private boolean der;
 
   @Override
-  void run(Entries entries, Output out) throws Exception {
+  void run(EntryStore store, Output out) throws Exception {
     SelfSignedCertificate certificate =
         new SelfSignedCertificate(label, newKey.subject(), newKey.keyType())
             .validFor(validity.days())
@@ -42,8 +43,8 @@ final class CertSelfSign extends EntryCommand {
     if (target != null) {
       certificate.writtenTo(target, der ? Encoding.DER : Encoding.BASE64);
     }
-    entries.createSelfSigned(certificate);
-    KeyView view = KeyView.of(entries.key(label));
+    store.certificates().createSelfSigned(certificate);
+    KeyView view = KeyView.of(store.key(label));
     out.print(view.text(), view.data());
   }
 }

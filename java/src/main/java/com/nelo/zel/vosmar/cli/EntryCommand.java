@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.nio.file.Path;
 import java.util.concurrent.Callable;
 import picocli.CommandLine.Mixin;
@@ -14,7 +15,7 @@ abstract class EntryCommand implements Callable<Integer> {
       description =
           "The key database file, a token such as pkcs11:token=mine?module-name=softhsm2, or a"
               + " certificate store such as store:CurrentUser/My.")
-  private String store;
+  private String named;
 
   @Mixin private StorePassword password;
 
@@ -22,27 +23,27 @@ abstract class EntryCommand implements Callable<Integer> {
 
   @Override
   public final Integer call() throws Exception {
-    try (Entries entries = open()) {
-      run(entries, output);
+    try (EntryStore store = open()) {
+      run(store, output);
     }
     return exitCode();
   }
 
   /** Does the command's work. */
-  abstract void run(Entries entries, Output out) throws Exception;
+  abstract void run(EntryStore store, Output out) throws Exception;
 
   /** How a command ends that did its work. */
   int exitCode() {
     return ExitCode.OK;
   }
 
-  private Entries open() throws CMSKeyDatabaseException {
-    if (TokenUri.isOne(store)) {
-      return new TokenEntries(password.open(TokenUri.parse(store)));
+  private EntryStore open() throws CMSKeyDatabaseException {
+    if (TokenUri.isOne(named)) {
+      return password.open(TokenUri.parse(named));
     }
-    if (StoreUri.isOne(store)) {
-      return new CertificateStoreEntries(password.open(StoreUri.parse(store)));
+    if (StoreUri.isOne(named)) {
+      return password.open(StoreUri.parse(named));
     }
-    return new DatabaseEntries(password.open(Path.of(store)));
+    return password.open(Path.of(named));
   }
 }

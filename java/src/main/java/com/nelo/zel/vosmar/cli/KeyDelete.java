@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.util.Map;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Option;
@@ -16,11 +17,11 @@ final class KeyDelete extends EntryCommand {
   private boolean request;
 
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
     if (request) {
-      entries.deleteRequest(label);
+      store.deleteRequest(label);
     } else {
-      entries.deleteKey(label);
+      store.deleteKey(label);
     }
     out.print("deleted " + label, Map.of("deleted", label));
   }

@@ -2,8 +2,9 @@ package com.nelo.zel.vosmar.cli;
 
 import static java.util.Map.entry;
 
-import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
+import com.nelo.zel.vosmar.basic.Labels;
 import java.util.stream.Collectors;
 import java.util.stream.Stream;
 import picocli.CommandLine.Command;
@@ -12,8 +13,8 @@ import picocli.CommandLine.Command;
 @Command(name = "list", description = "Lists the labels of keys, certificates and requests.")
 final class KeyList extends EntryCommand {
   @Override
-  void run(Entries entries, Output out) throws CMSKeyDatabaseException {
-    CMSKeyDatabase.Labels labels = entries.labels();
+  void run(EntryStore store, Output out) throws CMSKeyDatabaseException {
+    Labels labels = store.labels();
     String text =
         Stream.concat(
                 labels.keys().stream(),

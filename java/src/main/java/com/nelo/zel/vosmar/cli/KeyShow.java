@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.cli;
 
+import com.nelo.zel.vosmar.basic.EntryStore;
 import com.nelo.zel.vosmar.basic.KeyItem;
 import picocli.CommandLine.Command;
 import picocli.CommandLine.Option;
@@ -15,8 +16,8 @@ final class KeyShow extends EntryCommand {
   private boolean request;
 
   @Override
-  void run(Entries entries, Output out) throws Exception {
-    KeyItem item = request ? entries.request(label) : entries.key(label);
+  void run(EntryStore store, Output out) throws Exception {
+    KeyItem item = request ? store.request(label) : store.key(label);
     KeyView view = KeyView.of(item);
     out.print(view.text(), view.data());
   }

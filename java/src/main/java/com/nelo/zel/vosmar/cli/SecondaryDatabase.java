@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabase;
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.basic.EntryStore;
 import java.nio.file.Path;
 import java.util.Arrays;
 import picocli.CommandLine.Option;
@@ -23,14 +24,14 @@ final class SecondaryDatabase extends PasswordOptions {
   }
 
   /** Puts the database, when one is given, beside the token. */
-  void putBeside(Entries entries) throws CMSKeyDatabaseException {
+  void putBeside(EntryStore store) throws CMSKeyDatabaseException {
     if (database == null) {
       return;
     }
     char[] secret = given() || CMSKeyDatabase.isPasswordRequired(database) ? existing() : null;
     try {
       checkThatItOpens(secret);
-      entries.useSecondary(database, secret);
+      store.useSecondaryKeyDatabase(database, secret);
     } finally {
       if (secret != null) {
         Arrays.fill(secret, '\0');
