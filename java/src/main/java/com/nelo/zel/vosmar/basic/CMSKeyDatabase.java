@@ -340,69 +340,67 @@ public final class CMSKeyDatabase implements EntryStore {
   native KeyItem c_GetKeyItemByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
 
-  native KeyItem[] c_GetKeyItemListByLabel(
-      String keyDbFileName, String keyDbPwd, String keyLabel);
+  native KeyItem[] c_GetKeyItemListByLabel(String keyDbFileName, String keyDbPwd, String keyLabel);
 
   native KeyItem[] c_GetKeyItemsByPublicKey(
       String keyDbFileName, String keyDbPwd, int publicKeyLength, byte[] publicKey);
 
   native KeyItem c_GetDefaultKeyItem(String keyDbFileName, String keyDbPwd);
 
-  native boolean c_IsPrivateKeyPresent(
-      String keyDbFileName, String keyDbPwd, String keyLabel);
+  native boolean c_IsPrivateKeyPresent(String keyDbFileName, String keyDbPwd, String keyLabel);
 
   // Maintenance.
 
   native int c_InsertKey(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
-     int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
+      int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
 
   native int c_InsertReqKey(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int requestLength, byte[] requestData,
-     int keyLength, byte[] keyData);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int requestLength, byte[] requestData,
+      int keyLength, byte[] keyData);
 
   native int c_DeleteKeyByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
 
   native int c_SetDefaultKey(String keyDbFileName, String keyDbPwd, String keyLabel);
 
-  native int c_SetKeyTrust(
-      String keyDbFileName, String keyDbPwd, String keyLabel, boolean trusted);
+  native int c_SetKeyTrust(String keyDbFileName, String keyDbPwd, String keyLabel, boolean trusted);
 
   // New certificates and requests.
 
   native int c_CreateNewSelfSignedCertificate(
-     String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
-     int keySize, DNItem subject, int validityDays, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
+      int keySize, DNItem subject, int validityDays, String certFileName, boolean isBase64);
 
   native int c_CreateNewSelfSignedCertificateSigExt(
-     String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
-     int keySize, DNItem subject, int validityDays, int sigAlg, int extLength, byte[] extData,
-     String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
+      int keySize, DNItem subject, int validityDays, int sigAlg, int extLength, byte[] extData,
+      String certFileName, boolean isBase64);
 
   native int c_CreateNewCertRequest(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
-     String certReqFileName, boolean createNew);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
+      String certReqFileName, boolean createNew);
 
   native int c_CreateNewCertRequestSigExt(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
-     int sigAlg, int extLength, byte[] extData, String certReqFileName, boolean createNew);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
+      int sigAlg, int extLength, byte[] extData, String certReqFileName, boolean createNew);
 
   native int c_IssueCertificate(
-     String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
-     int validityDays, String certReqFileName, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version,
+      String serialNumber, int validityDays, String certReqFileName, String certFileName,
+      boolean isBase64);
 
   native int c_IssueCertificateSig(
-     String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
-     int validityDays, int sigAlg, String certReqFileName, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version,
+      String serialNumber, int validityDays, int sigAlg, String certReqFileName,
+      String certFileName, boolean isBase64);
 
   // Private keys outside a database.
 
   native EncryptedPrivateKeyInfoItem c_EncryptPrivateKey(
       int length, byte[] privateKey, String password);
 
-  native PrivateKeyInfoItem c_DecryptPrivateKey(
-      int length, byte[] encryptedKey, String password);
+  native PrivateKeyInfoItem c_DecryptPrivateKey(int length, byte[] encryptedKey, String password);
 
   // Import and export.
 
@@ -413,14 +411,16 @@ public final class CMSKeyDatabase implements EntryStore {
       String keyDbFileName, String keyDbPwd, String pfxFileName, String pfxPwd);
 
   native int c_ReceiveCert(
-     String keyDbFileName, String keyDbPwd, String certFileName, boolean isBase64,
-     boolean makeDefault);
+      String keyDbFileName, String keyDbPwd, String certFileName, boolean isBase64,
+      boolean makeDefault);
 
   native int c_AddCaCert(
-     String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName,
+      boolean isBase64);
 
   native int c_ExtractCert(
-     String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName,
+      boolean isBase64);
 
   native int c_ExtractCertReq(
       String keyDbFileName, String keyDbPwd, String keyLabel, String certReqFileName);
@@ -428,22 +428,18 @@ public final class CMSKeyDatabase implements EntryStore {
   native int c_ExtractCertReqSig(
       String keyDbFileName, String keyDbPwd, String keyLabel, int sigAlg, String certReqFileName);
 
-  native CertificateItem[] c_ExtractCertFromPKCS7Data(
-      String certFileName, boolean isBase64);
+  native CertificateItem[] c_ExtractCertFromPKCS7Data(String certFileName, boolean isBase64);
 
   // Conversion, renewal and validation.
 
-  native int c_Kyr2Kdb(
-      String kyrFileName, String kyrPwd, String keyDbFileName, String keyDbPwd);
+  native int c_Kyr2Kdb(String kyrFileName, String kyrPwd, String keyDbFileName, String keyDbPwd);
 
-  native int c_Kdb2Kyr(
-      String keyDbFileName, String keyDbPwd, String kyrFileName, String kyrPwd);
+  native int c_Kdb2Kyr(String keyDbFileName, String keyDbPwd, String kyrFileName, String kyrPwd);
 
   native boolean c_CheckCertAsRenewal(
       String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
 
-  native int c_RenewCert(
-      String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
+  native int c_RenewCert(String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
 
   native boolean c_ValidateCertificateChain(
       String keyDbFileName, String keyDbPwd, byte[] certData, int certLength);

@@ -304,123 +304,64 @@ public final class CryptographicToken implements EntryStore {
 
   // Entries.
 
-  native int c_BuildKeyLabelList(
-      String moduleName, String tokenLabel, String tokenPassword);
+  native int c_BuildKeyLabelList(String moduleName, String tokenLabel, String tokenPassword);
 
   native KeyItem c_GetKeyItemByLabel(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
       boolean isRequestKey);
 
   native int c_DeleteKeyItemByLabel(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
       boolean isRequestKey);
 
   // Certificates.
 
   native int c_ReceivePersonalCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String secondaryKeyDbFileName,
-      String secondaryKeyDbPassword,
-      String certFileName,
-      boolean isBase64);
+      String moduleName, String tokenLabel, String tokenPassword, String secondaryKeyDbFileName,
+      String secondaryKeyDbPassword, String certFileName, boolean isBase64);
 
   native int c_ImportCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String secondaryKeyDbFileName,
-      String secondaryKeyDbPassword,
-      String keyLabel,
-      int certLength,
-      byte[] certificate,
-      int keyLength,
-      byte[] privateKey);
+      String moduleName, String tokenLabel, String tokenPassword, String secondaryKeyDbFileName,
+      String secondaryKeyDbPassword, String keyLabel, int certLength, byte[] certificate,
+      int keyLength, byte[] privateKey);
 
   native int c_AddSignerCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      String certFileName,
-      boolean isBase64);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      String certFileName, boolean isBase64);
 
   native int c_ExtractCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      String certFileName,
-      boolean isBase64);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      String certFileName, boolean isBase64);
 
   // New keys and requests.
 
   native int c_CreatePersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int signatureAlgorithm,
-      String certReqFileName);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel, int keySize,
+      DNItem subject, int signatureAlgorithm, String certReqFileName);
 
   native int c_ImportPersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      int requestLength,
-      byte[] request,
-      int keyLength,
-      byte[] privateKey);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      int requestLength, byte[] request, int keyLength, byte[] privateKey);
 
   native int c_RecreatePersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      int signatureAlgorithm,
-      String certReqFileName);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      int signatureAlgorithm, String certReqFileName);
 
   native int c_ExtractPersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
       String certReqFileName);
 
   native int c_CreateSelfSignedCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      int version,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int validityDays,
-      int signatureAlgorithm);
+      String moduleName, String tokenLabel, String tokenPassword, int version, String keyLabel,
+      int keySize, DNItem subject, int validityDays, int signatureAlgorithm);
 
   // Renewal.
 
   native boolean c_IsPersonalCertificateRenewal(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      int certLength,
+      String moduleName, String tokenLabel, String tokenPassword, int certLength,
       byte[] certificate);
 
   native int c_RenewPersonalCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      int certLength,
+      String moduleName, String tokenLabel, String tokenPassword, int certLength,
       byte[] certificate);
 }

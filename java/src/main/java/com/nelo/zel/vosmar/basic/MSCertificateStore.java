@@ -250,8 +250,7 @@ public final class MSCertificateStore implements EntryStore {
 
   native KeyItem c_GetKeyItemByLabel(String cspName, String password, String keyLabel);
 
-  native KeyItem[] c_GetKeyItemListByLabel(
-      String cspName, String password, String keyLabel);
+  native KeyItem[] c_GetKeyItemListByLabel(String cspName, String password, String keyLabel);
 
   native KeyItem[] c_GetKeyItemsByPublicKey(
       String cspName, String password, int publicKeyLength, byte[] publicKey);
@@ -261,26 +260,13 @@ public final class MSCertificateStore implements EntryStore {
   // Certificates.
 
   native int c_ImportCertificate(
-      String cspName,
-      String password,
-      String keyLabel,
-      int certLength,
-      byte[] certData,
-      int keyLength,
-      byte[] keyData);
+      String cspName, String password, String keyLabel, int certLength, byte[] certData,
+      int keyLength, byte[] keyData);
 
   native int c_AddSignerCertificate(
       String cspName, String password, String keyLabel, String certFileName, boolean isBase64);
 
   native int c_CreateNewSelfSignedCertificate(
-      String cspName,
-      String password,
-      int version,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int validityDays,
-      int sigAlg,
-      int extLength,
-      byte[] extData);
+      String cspName, String password, int version, String keyLabel, int keySize, DNItem subject,
+      int validityDays, int sigAlg, int extLength, byte[] extData);
 }
