@@ -11,8 +11,26 @@ module com.nelo.zel.vosmar {
 
   exports com.nelo.security.cmskeystore;
   exports com.nelo.zel.vosmar.basic;
-  exports com.nelo.zel.vosmar.item;
 
+  // Wherever picocli makes objects and sets their fields.
   opens com.nelo.zel.vosmar.cli to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.cert to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.command to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.db to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.key to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.options to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.pfx to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.store to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.token to
+      picocli;
+  opens com.nelo.zel.vosmar.cli.view to
       picocli;
 }

@@ -61,7 +61,7 @@ class CertificateAuthorityDayTest {
                 .alsoNamed(AlternativeNames.parse("DNS:localhost,IP:127.0.0.1")));
     issue(ca, 30);
     assertFalse(server.certificates().isValid(certificate()), "nobody knows its issuer yet");
-    server.certificates().addCa("Example CA", file("ca.pem"), Encoding.BASE64);
+    server.certificates().add("Example CA", file("ca.pem"), Encoding.BASE64);
     assertTrue(server.certificates().isValid(certificate()));
     server.certificates().receive(file("www.pem"), Encoding.BASE64, true);
     assertEquals(2, server.key("www").certificates().size());

@@ -112,7 +112,7 @@ class CertificateRequestTest {
   void anIssuedCertificateBecomesAKeyWithItsChain() throws Exception {
     request();
     issue();
-    db.certificates().addCa("ca", caFile, Encoding.BASE64);
+    db.certificates().add("ca", caFile, Encoding.BASE64);
 
     db.certificates().receive(certificateFile, Encoding.BASE64, true);
 
@@ -178,7 +178,7 @@ class CertificateRequestTest {
     byte[] certificate = der(certificateFile);
     assertFalse(db.certificates().isValid(certificate));
 
-    db.certificates().addCa("ca", caFile, Encoding.BASE64);
+    db.certificates().add("ca", caFile, Encoding.BASE64);
     db.setTrusted("ca", true);
     assertTrue(db.certificates().isValid(certificate));
 
@@ -190,7 +190,7 @@ class CertificateRequestTest {
   void aLaterCertificateOfTheSameKeyRenewsTheEarlier() throws Exception {
     request();
     issue();
-    db.certificates().addCa("ca", caFile, Encoding.BASE64);
+    db.certificates().add("ca", caFile, Encoding.BASE64);
     db.certificates().receive(certificateFile, Encoding.BASE64, false);
     issue();
     byte[] later = der(certificateFile);

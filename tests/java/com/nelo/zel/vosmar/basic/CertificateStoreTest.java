@@ -51,12 +51,12 @@ class CertificateStoreTest {
 
   @Test
   void anEmptyStoreHasNoLabels() throws Exception {
-    assertEquals(List.of(), store.labels().all());
+    assertEquals(List.of(), store.labels().keys());
   }
 
   @Test
   void aSelfSignedCertificateIsMadeWithItsKey() throws Exception {
-    store.createSelfSigned(TestDatabase.certificate("server"));
+    store.certificates().createSelfSigned(TestDatabase.certificate("server"));
 
     KeyItem item = store.key("server");
     X509Certificate certificate = item.certificate().x509();
@@ -68,13 +68,12 @@ class CertificateStoreTest {
 
   @Test
   void labelsTellEntriesWithKeysFromThoseWithout() throws Exception {
-    store.createSelfSigned(TestDatabase.certificate("server"));
-    store.addSigner("signer", signerFile(Encoding.DER), Encoding.DER);
+    store.certificates().createSelfSigned(TestDatabase.certificate("server"));
+    store.certificates().add("signer", signerFile(Encoding.DER), Encoding.DER);
 
-    MSCertificateStore.Labels labels = store.labels();
-    assertEquals(List.of("server", "signer"), labels.all());
-    assertEquals(List.of("server"), labels.personal());
-    assertEquals(List.of("signer"), labels.signers());
+    assertEquals(new Labels(List.of("server", "signer"), List.of()), store.labels());
+    assertEquals(List.of("server"), store.personalLabels());
+    assertEquals(List.of("signer"), store.signerLabels());
   }
 
   @Test
@@ -82,61 +81,62 @@ class CertificateStoreTest {
     for (Encoding encoding : Encoding.values()) {
       String label = "signer " + encoding;
       Path file = signerFile(encoding);
-      store.addSigner(label, file, encoding);
+      store.certificates().add(label, file, encoding);
 
       assertFalse(store.key(label).hasPrivateKey());
     }
-    assertEquals(2, store.labels().signers().size());
+    assertEquals(2, store.signerLabels().size());
   }
 
   @Test
   void aCertificateIsImportedWithItsKeyOrWithout() throws Exception {
-    store.createSelfSigned(TestDatabase.certificate("server"));
+    store.certificates().createSelfSigned(TestDatabase.certificate("server"));
     KeyItem item = store.key("server");
     byte[] certificate = item.certificate().der();
     byte[] key = clearKeyOf(item);
     store.deleteKey("server");
 
-    store.importCertificate("with", certificate, key);
+    store.insertKey("with", certificate, key, false, false);
     assertArrayEquals(key, clearKeyOf(store.key("with")));
-    assertFails(DATABASE_DUPLICATE_KEY, () -> store.importCertificate("again", certificate, null));
+    assertFails(
+        DATABASE_DUPLICATE_KEY, () -> store.insertCertificate("again", certificate, false));
     store.deleteKey("with");
 
-    store.importCertificate("without", certificate, null);
+    store.insertCertificate("without", certificate, false);
     assertFalse(store.key("without").hasPrivateKey());
     assertArrayEquals(certificate, store.key("without").certificate().der());
   }
 
   @Test
   void entriesAreFoundByLabelAndByPublicKey() throws Exception {
-    store.createSelfSigned(TestDatabase.certificate("alpha"));
-    store.createSelfSigned(TestDatabase.certificate("beta"));
+    store.certificates().createSelfSigned(TestDatabase.certificate("alpha"));
+    store.certificates().createSelfSigned(TestDatabase.certificate("beta"));
     byte[] publicKey = store.key("beta").subjectPublicKeyInfo().bytes();
 
     assertEquals(List.of("alpha"), labels(store.keysWithLabel("alpha")));
     assertEquals(List.of("beta"), labels(store.keysWithPublicKey(publicKey)));
-    assertEquals(List.of(), store.keysWithLabel("gamma"));
+    assertFails(KEY_GET_BY_LABEL, () -> store.keysWithLabel("gamma"));
     assertFails(KEY_GET_BY_LABEL, () -> store.key("gamma"));
   }
 
   @Test
   void aDeletedEntryIsGone() throws Exception {
-    store.createSelfSigned(TestDatabase.certificate("server"));
+    store.certificates().createSelfSigned(TestDatabase.certificate("server"));
 
     store.deleteKey("server");
 
-    assertEquals(List.of(), store.labels().all());
+    assertEquals(List.of(), store.labels().keys());
     assertFails(KEY_GET_BY_LABEL, () -> store.deleteKey("server"));
     assertEquals(List.of(), TestStores.filesIn("my"));
   }
 
   @Test
   void aLabelIsGivenOnce() throws Exception {
-    store.createSelfSigned(TestDatabase.certificate("server"));
+    store.certificates().createSelfSigned(TestDatabase.certificate("server"));
 
     assertFails(
         DATABASE_DUPLICATE_KEY_LABEL,
-        () -> store.createSelfSigned(TestDatabase.certificate("server")));
+        () -> store.certificates().createSelfSigned(TestDatabase.certificate("server")));
   }
 
   @Test
@@ -154,7 +154,7 @@ class CertificateStoreTest {
   void eachStoreHasItsFolderAndEachEntryItsFile() throws Exception {
     for (String name : MSCertificateStore.list()) {
       try (MSCertificateStore each = MSCertificateStore.open(name, null)) {
-        each.createSelfSigned(TestDatabase.certificate("server"));
+        each.certificates().createSelfSigned(TestDatabase.certificate("server"));
       }
     }
     for (String name : List.of("my", "root", "ca")) {

@@ -2,6 +2,7 @@ package com.nelo.zel.vosmar.basic;
 
 import static com.nelo.zel.vosmar.basic.Failures.assertFails;
 import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED;
+import static com.nelo.zel.vosmar.basic.ResultCode.CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT;
 import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
 import static org.junit.jupiter.api.Assertions.assertNotEquals;
@@ -119,8 +120,8 @@ class CryptographicTokenTest {
     assertRefused(new SelfSignedCertificate("key", name, keyType).withExtensions(new byte[1]));
     assertRefused(
         new SelfSignedCertificate("key", name, keyType).writtenTo(file, Encoding.BASE64));
-    assertThrows(
-        IllegalArgumentException.class,
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT,
         () ->
             token.certificates().createRequest(
                 new NewCertificateRequest("key", name, keyType, file)
@@ -135,8 +136,8 @@ class CryptographicTokenTest {
   }
 
   private void assertRefused(SelfSignedCertificate certificate) {
-    assertThrows(
-        IllegalArgumentException.class, () -> token.certificates().createSelfSigned(certificate));
+    assertFails(
+        CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT, () -> token.certificates().createSelfSigned(certificate));
   }
 
   private Object call(String name, Object... arguments) throws ReflectiveOperationException {

@@ -1,9 +1,13 @@
 package com.nelo.zel.vosmar.basic;
 
+import static org.junit.jupiter.api.Assertions.assertEquals;
+
 import com.nelo.zel.vosmar.cli.Programs;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.util.List;
+import java.util.stream.Stream;
 
 /**
  * The tokens that tests make for themselves with SoftHSM, which reads at every start the file that
@@ -53,6 +57,15 @@ public final class TestToken {
     useFolder(folder);
     add(LABEL);
     return open(PIN);
+  }
+
+  static void assertLabels(
+      CryptographicToken token, List<String> personal, List<String> signers, List<String> requests)
+      throws CMSKeyDatabaseException {
+    List<String> keys = Stream.of(personal, signers).flatMap(List::stream).toList();
+    assertEquals(new Labels(keys, requests), token.labels());
+    assertEquals(personal, token.personalLabels());
+    assertEquals(signers, token.signerLabels());
   }
 
   static CryptographicToken open(String pin) throws CMSKeyDatabaseException {

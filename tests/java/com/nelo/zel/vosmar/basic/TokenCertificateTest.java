@@ -63,7 +63,8 @@ class TokenCertificateTest {
   @Test
   void aCertificateIsBroughtInWithItsKey() throws Exception {
     try (PrivateKeyInfoItem key = privateKey(db.key("alpha"))) {
-      token.certificates().importCertificate("personal", db.key("alpha").certificate().der(), key.der());
+      token.insertKey(
+          "personal", db.key("alpha").certificate().der(), key.der(), false, false);
     }
 
     assertLabels(List.of("personal"), List.of(), List.of());
@@ -76,7 +77,7 @@ class TokenCertificateTest {
 
   @Test
   void aCertificateIsBroughtInWithoutItsKey() throws Exception {
-    token.certificates().importCertificate("alone", db.key("alpha").certificate().der(), null);
+    token.insertCertificate("alone", db.key("alpha").certificate().der(), false);
 
     assertLabels(List.of(), List.of("alone"), List.of());
     assertFalse(token.key("alone").hasPrivateKey());
@@ -90,7 +91,7 @@ class TokenCertificateTest {
       byte[] certificate = db.key("alpha").certificate().der();
       assertFails(
           VALIDATION_KEY_PAIR,
-          () -> token.certificates().importCertificate("mixed", certificate, key.der()));
+          () -> token.insertKey("mixed", certificate, key.der(), false, false));
     }
 
     assertLabels(List.of(), List.of(), List.of());
@@ -104,7 +105,7 @@ class TokenCertificateTest {
     KeyItem theirs = db.request("theirs");
 
     try (PrivateKeyInfoItem key = privateKey(theirs)) {
-      token.certificates().importRequest("ours", theirs.request().der(), key.der());
+      token.insertRequest("ours", theirs.request().der(), key.der());
     }
 
     assertLabels(List.of(), List.of(), List.of("ours"));
@@ -121,7 +122,7 @@ class TokenCertificateTest {
     Path der = folder.resolve("out.der");
     db.certificates().extract("alpha", source, Encoding.BASE64);
 
-    token.certificates().addSigner("ca", source, Encoding.BASE64);
+    token.certificates().add("ca", source, Encoding.BASE64);
     token.certificates().extract("ca", base64, Encoding.BASE64);
     token.certificates().extract("ca", der, Encoding.DER);
 
@@ -134,17 +135,17 @@ class TokenCertificateTest {
     assertArrayEquals(db.key("alpha").certificate().der(), Files.readAllBytes(der));
     assertFails(
         DATABASE_DUPLICATE_KEY_LABEL,
-        () -> token.certificates().addSigner("ca", source, Encoding.BASE64));
+        () -> token.certificates().add("ca", source, Encoding.BASE64));
     assertFails(
         FILE_OPEN_TO_READ,
-        () -> token.certificates().addSigner("cb", folder.resolve("no"), Encoding.DER));
+        () -> token.certificates().add("cb", folder.resolve("no"), Encoding.DER));
     assertFails(
         KEY_GET_BY_LABEL, () -> token.certificates().extract("cb", base64, Encoding.BASE64));
   }
 
   @Test
   void aDeletedEntryIsGone() throws Exception {
-    token.certificates().importCertificate("alone", db.key("alpha").certificate().der(), null);
+    token.insertCertificate("alone", db.key("alpha").certificate().der(), false);
 
     assertFails(KEY_GET_BY_LABEL, () -> token.deleteRequest("alone"));
     token.deleteKey("alone");
@@ -156,7 +157,7 @@ class TokenCertificateTest {
 
   private void assertLabels(List<String> personal, List<String> signers, List<String> requests)
       throws CMSKeyDatabaseException {
-    assertEquals(new CryptographicToken.Labels(personal, signers, requests), token.labels());
+    TestToken.assertLabels(token, personal, signers, requests);
   }
 
   private static PrivateKeyInfoItem privateKey(KeyItem item) throws CMSKeyDatabaseException {

@@ -52,8 +52,7 @@ class TokenRequestTest {
 
   @Test
   void aRequestWaitsUnderItsLabel() throws Exception {
-    assertEquals(
-        new CryptographicToken.Labels(List.of(), List.of(), List.of(LABEL)), token.labels());
+    TestToken.assertLabels(token, List.of(), List.of(), List.of(LABEL));
     KeyItem item = token.request(LABEL);
     assertEquals(LABEL, item.label());
     assertEquals(KeyAlgorithm.EC, item.algorithm());
@@ -92,8 +91,7 @@ class TokenRequestTest {
 
     token.certificates().receive(certificateFile, Encoding.DER);
 
-    assertEquals(
-        new CryptographicToken.Labels(List.of(LABEL), List.of(), List.of()), token.labels());
+    TestToken.assertLabels(token, List.of(LABEL), List.of(), List.of());
     KeyItem item = token.key(LABEL);
     Items.assertSaysWhatItsCertificateSays(item);
     assertEquals(LABEL, item.label());
@@ -111,14 +109,12 @@ class TokenRequestTest {
   void anIssuerOnTheTokenIsPartOfTheChain() throws Exception {
     Path issuer = folder.resolve("ca.pem");
     ca.certificates().extract("ca", issuer, Encoding.BASE64);
-    token.certificates().addSigner("authority", issuer, Encoding.BASE64);
+    token.certificates().add("authority", issuer, Encoding.BASE64);
     issue();
 
     token.certificates().receive(certificateFile, Encoding.DER);
 
-    assertEquals(
-        new CryptographicToken.Labels(List.of(LABEL), List.of("authority"), List.of()),
-        token.labels());
+    TestToken.assertLabels(token, List.of(LABEL), List.of("authority"), List.of());
     List<CertificateItem> chain = token.key(LABEL).certificates();
     assertEquals(2, chain.size());
     assertArrayEquals(Files.readAllBytes(certificateFile), chain.get(0).der());
@@ -136,8 +132,7 @@ class TokenRequestTest {
 
       token.certificates().receive(bundle(), Encoding.DER);
 
-      assertEquals(
-          new CryptographicToken.Labels(List.of(LABEL), List.of(), List.of()), token.labels());
+      TestToken.assertLabels(token, List.of(LABEL), List.of(), List.of());
       assertEquals(List.of("ca"), secondary.labels().keys());
       assertArrayEquals(
           ca.key("ca").certificate().der(), secondary.key("ca").certificate().der());
@@ -155,8 +150,7 @@ class TokenRequestTest {
     token.useSecondaryKeyDatabase(folder.resolve("no.kdb"), TestDatabase.password());
     assertFails(KEYDB_NOT_EXIST, () -> token.certificates().receive(certificateFile, Encoding.DER));
 
-    assertEquals(
-        new CryptographicToken.Labels(List.of(), List.of(), List.of(LABEL)), token.labels());
+    TestToken.assertLabels(token, List.of(), List.of(), List.of(LABEL));
   }
 
   @Test
@@ -190,8 +184,7 @@ class TokenRequestTest {
     assertFails(KEY_GET_BY_LABEL, () -> token.deleteKey(LABEL));
     token.deleteRequest(LABEL);
 
-    assertEquals(
-        new CryptographicToken.Labels(List.of(), List.of(), List.of()), token.labels());
+    TestToken.assertLabels(token, List.of(), List.of(), List.of());
     assertFails(KEY_GET_BY_LABEL, () -> token.deleteRequest(LABEL));
   }
 

@@ -9,8 +9,13 @@ import java.util.stream.Stream;
 public final class Programs {
   private Programs() {}
 
-  /** A program of the JDK that runs the tests. */
-  static String jdk(String name) {
+  /**
+   * A program of the JDK that runs the tests.
+   *
+   * @param name its name
+   * @return its file
+   */
+  public static String jdk(String name) {
     return Path.of(System.getProperty("java.home"), "bin", name).toString();
   }
 

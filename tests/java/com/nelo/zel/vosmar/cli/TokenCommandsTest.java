@@ -157,11 +157,15 @@ class TokenCommandsTest {
     succeed("db", "create", db, "--password-env", "DB_PWD", "--stash");
 
     assertEquals(
-        "vosmar: a token has no default key\n",
-        fail(2, "cert", "receive", TOKEN, "-i", certificate, "--default", "--password-env", "PIN"));
+        "vosmar: softhsm2, mine: a default key: the token cannot do this (141,"
+            + " ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT).\n",
+        fail(1, "cert", "receive", TOKEN, "-i", certificate, "--default", "--password-env", "PIN"));
     assertEquals(
-        "vosmar: a secondary key database stands beside a token only\n",
-        fail(2, "cert", "receive", db, "-i", certificate, "--secondary", db));
+        "vosmar: "
+            + db
+            + ": a secondary key database: this is not supported (80,"
+            + " ZELKM_ERR_UNSUPPORTED_OPTION). See which options the command offers with --help.\n",
+        fail(1, "cert", "receive", db, "-i", certificate, "--secondary", db));
   }
 
   @Test

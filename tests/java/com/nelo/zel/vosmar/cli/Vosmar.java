@@ -1,6 +1,7 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.TestToken;
+import com.nelo.zel.vosmar.cli.options.Secrets;
 import java.io.PrintWriter;
 import java.io.StringWriter;
 import java.util.Map;

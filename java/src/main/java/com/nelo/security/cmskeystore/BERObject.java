@@ -3,6 +3,7 @@ package com.nelo.security.cmskeystore;
 import com.nelo.zel.vosmar.item.AbstractBERObject;
 
 /** Bytes in BER encoding that are handed on without being looked into. */
+@SuppressWarnings("exports")
 public final class BERObject extends AbstractBERObject {
   /**
    * Makes an object over a copy of the bytes.

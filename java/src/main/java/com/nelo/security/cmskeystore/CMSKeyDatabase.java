@@ -4,11 +4,13 @@ import static java.util.Objects.requireNonNull;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.KMSystem;
+import com.nelo.zel.vosmar.basic.Labels;
 import com.nelo.zel.vosmar.basic.ResultCode;
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Path;
 import java.time.Duration;
 import java.util.ArrayList;
-import java.util.Arrays;
 import java.util.List;
 
 /**
@@ -30,8 +32,8 @@ import java.util.List;
  */
 public final class CMSKeyDatabase implements AutoCloseable {
   private final String file;
-  private final char[] password;
-  private boolean closed;
+  private final Answers<CMSKeyDatabaseException> answers;
+  private final PasswordHolder held;
 
   // Filled by the native method while the labels are listed.
   private final List<String> keyLabels = new ArrayList<>();
@@ -39,16 +41,9 @@ public final class CMSKeyDatabase implements AutoCloseable {
 
   private CMSKeyDatabase(Path file, char[] password) {
     this.file = file.toString();
-    this.password = password.clone();
+    answers = new Answers<>(this.file, CMSKeyDatabaseException::new);
+    held = new PasswordHolder(this.file, requireNonNull(password));
   }
-
-  /**
-   * The labels of a key database, in the order of the database.
-   *
-   * @param keys those of keys and certificates
-   * @param requests those of pending requests
-   */
-  public record Labels(List<String> keys, List<String> requests) {}
 
   /**
    * Creates a key database.
@@ -118,9 +113,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
           db.c_ChangeKeyDbPwd(
               db.file, db.password(), new String(newPassword), lifetime.toMillis());
       if (!changed) {
-        int code = db.c_OpenKeyDb(db.file, db.password());
-        boolean oldPasswordFits = code == 0 || code == ResultCode.PASSWORD_EXPIRATION_TIME.code();
-        throw db.failure(oldPasswordFits ? ResultCode.NEW_PASSWORD.code() : code);
+        throw db.answers.passwordUnchanged(db.c_OpenKeyDb(db.file, db.password()));
       }
     }
   }
@@ -132,7 +125,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    * @throws CMSKeyDatabaseException when the library cannot be started
    */
   public void restartLibrary(boolean traceOn) throws CMSKeyDatabaseException {
-    check(c_CMSInit(traceOn));
+    answers.check(c_CMSInit(traceOn));
   }
 
   /**
@@ -143,8 +136,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    */
   public void stashPassword() throws CMSKeyDatabaseException {
     if (!c_StashKeyDbPwd(file, password())) {
-      check(c_OpenKeyDb(file, password()));
-      throw failure(ResultCode.FILE_WRITE);
+      throw answers.passwordUnstashed(c_OpenKeyDb(file, password()));
     }
   }
 
@@ -157,7 +149,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
   public synchronized Labels labels() throws CMSKeyDatabaseException {
     keyLabels.clear();
     requestLabels.clear();
-    check(c_BuildKeyLabelList(file, password()));
+    answers.check(c_BuildKeyLabelList(file, password()));
     return new Labels(List.copyOf(keyLabels), List.copyOf(requestLabels));
   }
 
@@ -170,11 +162,10 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *     label
    */
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
-    if (item == null) {
-      throw noKey(label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(file, password(), requireNonNull(label), false),
+        label,
+        () -> labels().keys());
   }
 
   /**
@@ -186,11 +177,11 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *     label
    */
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
-    if (items == null) {
-      throw noKey(label);
-    }
-    return List.of(items);
+    return List.of(
+        answers.found(
+            c_GetKeyItemListByLabel(file, password(), requireNonNull(label)),
+            label,
+            () -> labels().keys()));
   }
 
   /**
@@ -202,14 +193,10 @@ public final class CMSKeyDatabase implements AutoCloseable {
    */
   public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
       throws CMSKeyDatabaseException {
-    KeyItem[] items =
+    return answers.all(
         c_GetKeyItemsByPublicKey(
-            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo);
-    if (items == null) {
-      labels();
-      return List.of();
-    }
-    return List.of(items);
+            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo),
+        () -> labels().keys());
   }
 
   /**
@@ -221,11 +208,10 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *     label
    */
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
-    boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
-    if (!present && !labels().keys().contains(label)) {
-      throw failure(ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return present;
+    return answers.holdsFor(
+        c_IsPrivateKeyPresent(file, password(), requireNonNull(label)),
+        label,
+        () -> labels().keys());
   }
 
   /**
@@ -245,7 +231,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
       throws CMSKeyDatabaseException {
     int keyLength = privateKey == null ? 0 : privateKey.length;
-    check(
+    answers.check(
         c_InsertKey(
             file, password(), requireNonNull(label), certificate.length, certificate, keyLength,
             privateKey, trusted, makeDefault),
@@ -260,7 +246,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *     label
    */
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
+    answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
   }
 
   /**
@@ -271,7 +257,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
    *     the label
    */
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
+    answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
   }
 
   /**
@@ -285,12 +271,10 @@ public final class CMSKeyDatabase implements AutoCloseable {
    */
   public EncryptedPrivateKeyInfoItem encryptPrivateKey(byte[] privateKey, char[] itsPassword)
       throws CMSKeyDatabaseException {
-    EncryptedPrivateKeyInfoItem item =
-        c_EncryptPrivateKey(privateKey.length, privateKey, new String(itsPassword));
-    if (item == null) {
-      throw failure(ResultCode.CRYPTO, "encrypting a private key");
-    }
-    return item;
+    return answers.given(
+        c_EncryptPrivateKey(privateKey.length, privateKey, new String(itsPassword)),
+        ResultCode.CRYPTO.code(),
+        "encrypting a private key");
   }
 
   /**
@@ -304,19 +288,16 @@ public final class CMSKeyDatabase implements AutoCloseable {
    */
   public PrivateKeyInfoItem decryptPrivateKey(byte[] encryptedKey, char[] itsPassword)
       throws CMSKeyDatabaseException {
-    PrivateKeyInfoItem item =
-        c_DecryptPrivateKey(encryptedKey.length, encryptedKey, new String(itsPassword));
-    if (item == null) {
-      throw failure(ResultCode.CRYPTO, "decrypting a private key");
-    }
-    return item;
+    return answers.given(
+        c_DecryptPrivateKey(encryptedKey.length, encryptedKey, new String(itsPassword)),
+        ResultCode.CRYPTO.code(),
+        "decrypting a private key");
   }
 
   /** Wipes the password. The database can be used no longer through this object. */
   @Override
-  public synchronized void close() {
-    Arrays.fill(password, '\0');
-    closed = true;
+  public void close() {
+    held.close();
   }
 
   @Override
@@ -324,11 +305,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
     return "CMSKeyDatabase[" + file + "]";
   }
 
-  private synchronized String password() {
-    if (closed) {
-      throw new IllegalStateException(file + " is closed");
-    }
-    return new String(password);
+  private String password() {
+    return held.password();
   }
 
   /** This database when the code is 0; otherwise the password is wiped. */
@@ -336,42 +314,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
     if (code != 0) {
       close();
     }
-    check(code);
+    answers.check(code);
     return this;
-  }
-
-  private void check(int code) throws CMSKeyDatabaseException {
-    if (code != 0) {
-      throw failure(code);
-    }
-  }
-
-  private void check(int code, String what) throws CMSKeyDatabaseException {
-    if (code != 0) {
-      throw failure(code, what);
-    }
-  }
-
-  private CMSKeyDatabaseException failure(ResultCode reason) {
-    return failure(reason.code());
-  }
-
-  private CMSKeyDatabaseException failure(ResultCode reason, String what) {
-    return failure(reason.code(), what);
-  }
-
-  private CMSKeyDatabaseException failure(int code) {
-    return new CMSKeyDatabaseException(code, file);
-  }
-
-  private CMSKeyDatabaseException failure(int code, String what) {
-    return new CMSKeyDatabaseException(code, file + ": " + what);
-  }
-
-  /** Why a label led to nothing: a key that is listed and yet not given cannot be read. */
-  private CMSKeyDatabaseException noKey(String label) throws CMSKeyDatabaseException {
-    boolean known = labels().keys().contains(label);
-    return failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
   }
 
   /** Called by the native library for each label of a key while the labels are listed. */

@@ -4,6 +4,7 @@ import com.nelo.zel.vosmar.item.AbstractDNItem;
 import javax.security.auth.x500.X500Principal;
 
 /** A distinguished name (X.501) of a certificate. Built by the native library only. */
+@SuppressWarnings("exports")
 public final class DNItem extends AbstractDNItem {
   private DNItem(
       String cn,

@@ -3,6 +3,7 @@ package com.nelo.security.cmskeystore;
 import com.nelo.zel.vosmar.item.AbstractEncryptedPrivateKeyInfoItem;
 
 /** A private key encrypted under a password. */
+@SuppressWarnings("exports")
 public final class EncryptedPrivateKeyInfoItem extends AbstractEncryptedPrivateKeyInfoItem {
   /**
    * Makes an item over a copy of the bytes.

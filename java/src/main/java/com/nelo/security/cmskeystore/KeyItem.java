@@ -6,6 +6,7 @@ import com.nelo.zel.vosmar.item.AbstractKeyItem;
  * One entry of a key database: a key with its certificate and chain, or a certificate alone. Built by
  * the native library only.
  */
+@SuppressWarnings("exports")
 public final class KeyItem
     extends AbstractKeyItem<EncryptedPrivateKeyInfoItem, CertificateItem, BERObject> {
   private final int algorithm;

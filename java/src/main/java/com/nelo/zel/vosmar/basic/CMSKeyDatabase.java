@@ -2,6 +2,8 @@ package com.nelo.zel.vosmar.basic;
 
 import static java.util.Objects.requireNonNull;
 
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.time.Duration;
@@ -13,27 +15,19 @@ import java.util.Optional;
  * A key database file: keys with their certificates, certificates alone, and pending requests, each
  * under a label.
  *
- * <p>An object of this class remembers a file and its password. It keeps nothing open: each operation
- * opens the file, works, and closes it, so that several programs can use one database. Operations may
- * be called from any thread. {@link #close()} wipes the password.
- *
- * <p>Passwords are taken as {@code char[]}, which the caller can wipe; the native methods take them as
- * strings, so that each operation leaves a copy in the heap until the garbage collector overwrites it.
- *
- * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
- * database is looked at again to learn the reason, so the reason told may be of a moment later.
- *
- * <p>An argument is null only where its description says so: the native methods do not look, and a
- * missing text would end the virtual machine. Public methods do, and throw a {@link
- * NullPointerException}.
- *
  * <p>The library looks for its native methods in this class only, so they stand here for the whole
- * package: {@link KeyDatabaseCertificates}, {@link PfxFile}, {@link KeyRingFile}, {@link Pkcs7File}
- * and {@link PrivateKeyEncryption} call those of their subjects.
+ * package: the {@link Certificates} of a key database, {@link PfxFile}, {@link KeyRingFile}, {@link
+ * Pkcs7File} and {@link PrivateKeyEncryption} call those of their subjects.
  */
-public final class CMSKeyDatabase extends KeyDatabaseFile {
+public final class CMSKeyDatabase implements EntryStore {
   /** The library takes the stash file where the password is empty; no database has an empty one. */
   private static final char[] FROM_STASH = {};
+
+  /** The name of the file, as the native methods take it. */
+  final String file;
+
+  final Answers<CMSKeyDatabaseException> answers;
+  private final PasswordHolder held;
 
   // Filled by the native method while the labels are listed.
   private final List<String> keyLabels = new ArrayList<>();
@@ -41,16 +35,10 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
 
   /** Remembers a file without touching it. */
   CMSKeyDatabase(Path file, char[] password) {
-    super(file, password);
+    this.file = file.toString();
+    answers = new Answers<>(this.file, CMSKeyDatabaseException::new);
+    held = new PasswordHolder(this.file, requireNonNull(password));
   }
-
-  /**
-   * The labels of a key database, in the order of the database.
-   *
-   * @param keys those of keys and certificates
-   * @param requests those of pending requests
-   */
-  public record Labels(List<String> keys, List<String> requests) {}
 
   /**
    * Creates a key database.
@@ -138,9 +126,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
           db.c_ChangeKeyDbPwd(
               db.file, db.password(), new String(newPassword), lifetime.toMillis());
       if (!changed) {
-        int code = db.c_OpenKeyDb(db.file, db.password());
-        boolean oldPasswordFits = code == 0 || code == ResultCode.PASSWORD_EXPIRATION_TIME.code();
-        throw db.failure(oldPasswordFits ? ResultCode.NEW_PASSWORD.code() : code);
+        throw db.answers.passwordUnchanged(db.c_OpenKeyDb(db.file, db.password()));
       }
     }
   }
@@ -158,7 +144,7 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     try (CMSKeyDatabase db = new CMSKeyDatabase(file, FROM_STASH)) {
       boolean required = db.c_IsPasswordRequired(db.file);
       if (!required && !Files.exists(file)) {
-        throw db.failure(ResultCode.KEYDB_NOT_EXIST);
+        throw db.answers.failure(ResultCode.KEYDB_NOT_EXIST.code());
       }
       return required;
     }
@@ -173,67 +159,40 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
    */
   public void stashPassword() throws CMSKeyDatabaseException {
     if (!c_StashKeyDbPwd(file, password())) {
-      check(c_OpenKeyDb(file, password()));
-      throw failure(ResultCode.FILE_WRITE);
+      throw answers.passwordUnstashed(c_OpenKeyDb(file, password()));
     }
   }
 
-  /** {@return the certificates and requests of this database} */
-  public KeyDatabaseCertificates certificates() {
+  @Override
+  public Certificates certificates() {
     return new KeyDatabaseCertificates(this);
   }
 
-  /**
-   * Lists the labels.
-   *
-   * @return the labels of keys and of pending requests
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public synchronized Labels labels() throws CMSKeyDatabaseException {
     keyLabels.clear();
     requestLabels.clear();
-    check(c_BuildKeyLabelList(file, password()));
+    answers.check(c_BuildKeyLabelList(file, password()));
     return new Labels(List.copyOf(keyLabels), List.copyOf(requestLabels));
   }
 
-  /**
-   * Reads a key or certificate.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), false);
-    if (item == null) {
-      throw noEntry(label, labels().keys());
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(file, password(), requireNonNull(label), false),
+        label,
+        () -> labels().keys());
   }
 
-  /**
-   * Reads a pending request.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(file, password(), requireNonNull(label), true);
-    if (item == null) {
-      throw noEntry(label, labels().requests());
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(file, password(), requireNonNull(label), true),
+        label,
+        () -> labels().requests());
   }
 
-  /**
-   * Reads the default key.
-   *
-   * @return the entry, or nothing when the database has no default key
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public Optional<KeyItem> defaultKey() throws CMSKeyDatabaseException {
     KeyItem item = c_GetDefaultKeyItem(file, password());
     if (item == null) {
@@ -242,161 +201,102 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     return Optional.ofNullable(item);
   }
 
-  /**
-   * Whether an entry has a private key.
-   *
-   * @param label its label
-   * @return false for a certificate alone
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
-    boolean present = c_IsPrivateKeyPresent(file, password(), requireNonNull(label));
-    if (!present && !labels().keys().contains(label)) {
-      throw noEntry(label, List.of());
-    }
-    return present;
+    return answers.holdsFor(
+        c_IsPrivateKeyPresent(file, password(), requireNonNull(label)),
+        label,
+        () -> labels().keys());
   }
 
-  /**
-   * Reads all entries that share a label.
-   *
-   * @param label the label
-   * @return the entries, one at least
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    KeyItem[] items = c_GetKeyItemListByLabel(file, password(), requireNonNull(label));
-    if (items == null) {
-      throw noEntry(label, labels().keys());
-    }
-    return List.of(items);
+    return List.of(
+        answers.found(
+            c_GetKeyItemListByLabel(file, password(), requireNonNull(label)),
+            label,
+            () -> labels().keys()));
   }
 
-  /**
-   * Reads all entries of a public key.
-   *
-   * @param subjectPublicKeyInfo the key as a DER SubjectPublicKeyInfo, which is what {@link
-   *     java.security.PublicKey#getEncoded} gives
-   * @return the entries; empty when there are none
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
       throws CMSKeyDatabaseException {
-    KeyItem[] items =
+    return answers.all(
         c_GetKeyItemsByPublicKey(
-            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo);
-    if (items == null) {
-      labels();
-      return List.of();
-    }
-    return List.of(items);
+            file, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo),
+        () -> labels().keys());
   }
 
-  /**
-   * Adds a certificate without private key.
-   *
-   * @param label its label
-   * @param certificate a DER certificate
-   * @param trusted whether chains may end at it
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken
-   */
+  @Override
   public void insertCertificate(String label, byte[] certificate, boolean trusted)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_InsertKey(
             file, password(), requireNonNull(label), certificate.length, certificate, 0, null,
             trusted, false),
         label);
   }
 
-  /**
-   * Adds a key and its certificate.
-   *
-   * @param label its label
-   * @param certificate a DER certificate
-   * @param privateKey its key: PKCS&nbsp;#8, EncryptedPrivateKeyInfo under the password of this
-   *     database, or a traditional RSA or EC key, in DER; the caller wipes it
-   * @param trusted whether chains may end at the certificate
-   * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and certificate do not
-   *     belong together
-   */
+  @Override
   public void insertKey(
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_InsertKey(
             file, password(), requireNonNull(label), certificate.length, certificate,
             privateKey.length, privateKey, trusted, makeDefault),
         label);
   }
 
-  /**
-   * Adds a pending request and its key.
-   *
-   * @param label its label
-   * @param request a DER request
-   * @param privateKey its key, as for {@link #insertKey}
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and request do not
-   *     belong together
-   */
+  @Override
   public void insertRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_InsertReqKey(
             file, password(), requireNonNull(label), request.length, request, privateKey.length,
             privateKey),
         label);
   }
 
-  /**
-   * Deletes a key or certificate for good.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
+    answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), false), label);
   }
 
-  /**
-   * Deletes a pending request and its key for good.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
+    answers.check(c_DeleteKeyByLabel(file, password(), requireNonNull(label), true), label);
   }
 
-  /**
-   * Makes a key the default key.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void setDefaultKey(String label) throws CMSKeyDatabaseException {
-    check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
+    answers.check(c_SetDefaultKey(file, password(), requireNonNull(label)), label);
   }
 
-  /**
-   * Says whether chains may end at a certificate.
-   *
-   * @param label its label
-   * @param trusted whether they may
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
-    check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
+    answers.check(c_SetKeyTrust(file, password(), requireNonNull(label), trusted), label);
+  }
+
+  @Override
+  public void useSecondaryKeyDatabase(Path secondary, char[] itsPassword)
+      throws CMSKeyDatabaseException {
+    throw new Refusals(answers, ResultCode.UNSUPPORTED_OPTION).of(Refusals.SECONDARY);
+  }
+
+  @Override
+  public void close() {
+    held.close();
+  }
+
+  @Override
+  public String toString() {
+    return "CMSKeyDatabase[" + file + "]";
+  }
+
+  /** The password as the native methods take it. */
+  String password() {
+    return held.password();
   }
 
   /** This database when the code is 0; otherwise the password is wiped. */
@@ -404,14 +304,8 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
     if (code != 0) {
       close();
     }
-    check(code);
+    answers.check(code);
     return this;
-  }
-
-  /** Why a label led to nothing: an entry that is listed and yet not given cannot be read. */
-  private CMSKeyDatabaseException noEntry(String label, List<String> listed) {
-    return failure(
-        listed.contains(label) ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
   }
 
   /** Called by the native library for each label of a key while the labels are listed. */
@@ -446,69 +340,67 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   native KeyItem c_GetKeyItemByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
 
-  native KeyItem[] c_GetKeyItemListByLabel(
-      String keyDbFileName, String keyDbPwd, String keyLabel);
+  native KeyItem[] c_GetKeyItemListByLabel(String keyDbFileName, String keyDbPwd, String keyLabel);
 
   native KeyItem[] c_GetKeyItemsByPublicKey(
       String keyDbFileName, String keyDbPwd, int publicKeyLength, byte[] publicKey);
 
   native KeyItem c_GetDefaultKeyItem(String keyDbFileName, String keyDbPwd);
 
-  native boolean c_IsPrivateKeyPresent(
-      String keyDbFileName, String keyDbPwd, String keyLabel);
+  native boolean c_IsPrivateKeyPresent(String keyDbFileName, String keyDbPwd, String keyLabel);
 
   // Maintenance.
 
   native int c_InsertKey(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
-     int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int certLength, byte[] certData,
+      int keyLength, byte[] keyData, boolean trusted, boolean makeDefault);
 
   native int c_InsertReqKey(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int requestLength, byte[] requestData,
-     int keyLength, byte[] keyData);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int requestLength, byte[] requestData,
+      int keyLength, byte[] keyData);
 
   native int c_DeleteKeyByLabel(
       String keyDbFileName, String keyDbPwd, String keyLabel, boolean isRequestKey);
 
   native int c_SetDefaultKey(String keyDbFileName, String keyDbPwd, String keyLabel);
 
-  native int c_SetKeyTrust(
-      String keyDbFileName, String keyDbPwd, String keyLabel, boolean trusted);
+  native int c_SetKeyTrust(String keyDbFileName, String keyDbPwd, String keyLabel, boolean trusted);
 
   // New certificates and requests.
 
   native int c_CreateNewSelfSignedCertificate(
-     String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
-     int keySize, DNItem subject, int validityDays, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
+      int keySize, DNItem subject, int validityDays, String certFileName, boolean isBase64);
 
   native int c_CreateNewSelfSignedCertificateSigExt(
-     String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
-     int keySize, DNItem subject, int validityDays, int sigAlg, int extLength, byte[] extData,
-     String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, int version, String keyLabel, boolean makeDefault,
+      int keySize, DNItem subject, int validityDays, int sigAlg, int extLength, byte[] extData,
+      String certFileName, boolean isBase64);
 
   native int c_CreateNewCertRequest(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
-     String certReqFileName, boolean createNew);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
+      String certReqFileName, boolean createNew);
 
   native int c_CreateNewCertRequestSigExt(
-     String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
-     int sigAlg, int extLength, byte[] extData, String certReqFileName, boolean createNew);
+      String keyDbFileName, String keyDbPwd, String keyLabel, int keySize, DNItem subject,
+      int sigAlg, int extLength, byte[] extData, String certReqFileName, boolean createNew);
 
   native int c_IssueCertificate(
-     String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
-     int validityDays, String certReqFileName, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version,
+      String serialNumber, int validityDays, String certReqFileName, String certFileName,
+      boolean isBase64);
 
   native int c_IssueCertificateSig(
-     String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version, String serialNumber,
-     int validityDays, int sigAlg, String certReqFileName, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String issuerKeyLabel, int version,
+      String serialNumber, int validityDays, int sigAlg, String certReqFileName,
+      String certFileName, boolean isBase64);
 
   // Private keys outside a database.
 
   native EncryptedPrivateKeyInfoItem c_EncryptPrivateKey(
       int length, byte[] privateKey, String password);
 
-  native PrivateKeyInfoItem c_DecryptPrivateKey(
-      int length, byte[] encryptedKey, String password);
+  native PrivateKeyInfoItem c_DecryptPrivateKey(int length, byte[] encryptedKey, String password);
 
   // Import and export.
 
@@ -519,14 +411,16 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
       String keyDbFileName, String keyDbPwd, String pfxFileName, String pfxPwd);
 
   native int c_ReceiveCert(
-     String keyDbFileName, String keyDbPwd, String certFileName, boolean isBase64,
-     boolean makeDefault);
+      String keyDbFileName, String keyDbPwd, String certFileName, boolean isBase64,
+      boolean makeDefault);
 
   native int c_AddCaCert(
-     String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName,
+      boolean isBase64);
 
   native int c_ExtractCert(
-     String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName, boolean isBase64);
+      String keyDbFileName, String keyDbPwd, String keyLabel, String certFileName,
+      boolean isBase64);
 
   native int c_ExtractCertReq(
       String keyDbFileName, String keyDbPwd, String keyLabel, String certReqFileName);
@@ -534,22 +428,18 @@ public final class CMSKeyDatabase extends KeyDatabaseFile {
   native int c_ExtractCertReqSig(
       String keyDbFileName, String keyDbPwd, String keyLabel, int sigAlg, String certReqFileName);
 
-  native CertificateItem[] c_ExtractCertFromPKCS7Data(
-      String certFileName, boolean isBase64);
+  native CertificateItem[] c_ExtractCertFromPKCS7Data(String certFileName, boolean isBase64);
 
   // Conversion, renewal and validation.
 
-  native int c_Kyr2Kdb(
-      String kyrFileName, String kyrPwd, String keyDbFileName, String keyDbPwd);
+  native int c_Kyr2Kdb(String kyrFileName, String kyrPwd, String keyDbFileName, String keyDbPwd);
 
-  native int c_Kdb2Kyr(
-      String keyDbFileName, String keyDbPwd, String kyrFileName, String kyrPwd);
+  native int c_Kdb2Kyr(String keyDbFileName, String keyDbPwd, String kyrFileName, String kyrPwd);
 
   native boolean c_CheckCertAsRenewal(
       String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
 
-  native int c_RenewCert(
-      String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
+  native int c_RenewCert(String keyDbFileName, String keyDbPwd, int certLength, byte[] certData);
 
   native boolean c_ValidateCertificateChain(
       String keyDbFileName, String keyDbPwd, byte[] certData, int certLength);

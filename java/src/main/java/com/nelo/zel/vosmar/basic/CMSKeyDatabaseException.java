@@ -1,5 +1,6 @@
 package com.nelo.zel.vosmar.basic;
 
+import com.nelo.zel.vosmar.internal.NativeLibrary;
 import java.util.Map;
 import java.util.Optional;
 import java.util.concurrent.ConcurrentHashMap;

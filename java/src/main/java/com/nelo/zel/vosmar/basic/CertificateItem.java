@@ -3,6 +3,7 @@ package com.nelo.zel.vosmar.basic;
 import com.nelo.zel.vosmar.item.AbstractCertificateItem;
 
 /** An X.509 certificate as a key database holds it, or made from its bytes alone. */
+@SuppressWarnings("exports")
 public final class CertificateItem extends AbstractCertificateItem<DNItem, BERObject> {
   private CertificateItem(
       short version,

@@ -3,6 +3,7 @@ package com.nelo.zel.vosmar.basic;
 import com.nelo.zel.vosmar.item.AbstractSignedItem;
 
 /** A certificate request (PKCS&nbsp;#10, RFC&nbsp;2986). Built by the native library only. */
+@SuppressWarnings("exports")
 public final class CertificateRequestItem extends AbstractSignedItem<DNItem, BERObject> {
   private final BERObject attributes;
   private final byte[] requestInfoDer;

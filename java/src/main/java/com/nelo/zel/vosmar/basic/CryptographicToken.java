@@ -2,9 +2,12 @@ package com.nelo.zel.vosmar.basic;
 
 import static java.util.Objects.requireNonNull;
 
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
 
 /**
  * A PKCS#11 token, reached through the module that its maker delivers: personal keys with their
@@ -13,22 +16,24 @@ import java.util.List;
  * <p>A module is named by its file, or by the name that p11-kit's configuration has for it, such as
  * {@code softhsm2}. Arguments that it wants when it is initialised follow after {@code ?args=}.
  *
- * <p>An object of this class remembers a module, a token's label and its password. It keeps no session
- * open: each operation opens the token, works, and closes it. {@link #close()} wipes the password.
- * What {@link CMSKeyDatabase} says of passwords and strings, of missing arguments, and of reasons that
- * are told a moment later, holds here too.
- *
  * <p>A secondary key database can stand beside a token: issuers that the token has no room for are
  * looked up there, and the signers that come along with a personal certificate are put there.
+ *
+ * <p>The library looks for its native methods in this class only; the {@link Certificates} of a token
+ * call those of their subject.
  */
-public final class CryptographicToken extends PasswordHolder {
+public final class CryptographicToken implements EntryStore {
   // Filled by the native method while the tokens of a module are listed.
   private static final List<String> TOKEN_LABELS = new ArrayList<>();
 
   final String module;
   final String tokenLabel;
+  final Answers<CMSKeyDatabaseException> answers;
+  final Refusals refusals;
+  private final String name;
+  private final PasswordHolder held;
   private String secondaryFile;
-  private char[] secondaryPassword;
+  private PasswordHolder secondaryHeld = new PasswordHolder("", null);
 
   // Filled by the native method while the labels are listed.
   private final List<String> personalLabels = new ArrayList<>();
@@ -36,19 +41,13 @@ public final class CryptographicToken extends PasswordHolder {
   private final List<String> requestLabels = new ArrayList<>();
 
   private CryptographicToken(String module, String tokenLabel, char[] password) {
-    super(module + ", " + tokenLabel, password);
     this.module = requireNonNull(module);
     this.tokenLabel = requireNonNull(tokenLabel);
+    name = module + ", " + tokenLabel;
+    answers = new Answers<>(name, CMSKeyDatabaseException::new);
+    refusals = new Refusals(answers, ResultCode.CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT);
+    held = new PasswordHolder(name, password);
   }
-
-  /**
-   * The labels of a token, in the order of the token.
-   *
-   * @param personal those of certificates with their private keys
-   * @param signers those of certificates alone
-   * @param requests those of pending requests
-   */
-  public record Labels(List<String> personal, List<String> signers, List<String> requests) {}
 
   /**
    * Lists the tokens that a module offers.
@@ -123,113 +122,130 @@ public final class CryptographicToken extends PasswordHolder {
     KMSystem.start();
     requireNonNull(oldPassword);
     try (CryptographicToken token = new CryptographicToken(module, tokenLabel, oldPassword)) {
-      token.check(
+      token.answers.check(
           token.c_ChangeKeyDbPwd(
               token.module, tokenLabel, token.password(), new String(newPassword)));
     }
   }
 
-  /** {@return the certificates and requests of this token} */
-  public TokenCertificates certificates() {
+  @Override
+  public Certificates certificates() {
     return new TokenCertificates(this);
   }
 
-  /**
-   * Puts a key database beside the token, for {@link TokenCertificates#receive} and {@link
-   * TokenCertificates#importCertificate}.
-   *
-   * @param file the key database, or null for none from now on
-   * @param itsPassword the password of the database, or null to use its stash file
-   */
+  @Override
   public synchronized void useSecondaryKeyDatabase(Path file, char[] itsPassword) {
-    wipe(secondaryPassword);
+    secondaryHeld.close();
     secondaryFile = file == null ? null : file.toString();
-    secondaryPassword = copyOf(itsPassword);
+    secondaryHeld = new PasswordHolder(secondaryFile, itsPassword);
   }
 
-  /**
-   * Lists the labels.
-   *
-   * @return the labels of personal certificates, signers and requests
-   * @throws CMSKeyDatabaseException when the token cannot be opened or read
-   */
+  /** Personal keys first, then the certificates of signers. */
+  @Override
   public synchronized Labels labels() throws CMSKeyDatabaseException {
-    personalLabels.clear();
-    signerLabels.clear();
-    requestLabels.clear();
-    check(c_BuildKeyLabelList(module, tokenLabel, password()));
-    return new Labels(
-        List.copyOf(personalLabels), List.copyOf(signerLabels), List.copyOf(requestLabels));
+    listLabels();
+    List<String> keys = new ArrayList<>(personalLabels);
+    keys.addAll(signerLabels);
+    return new Labels(List.copyOf(keys), List.copyOf(requestLabels));
   }
 
-  /**
-   * Reads a personal key or a signer's certificate.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
-   *     such entry
-   */
+  @Override
+  public synchronized List<String> personalLabels() throws CMSKeyDatabaseException {
+    listLabels();
+    return List.copyOf(personalLabels);
+  }
+
+  @Override
+  public synchronized List<String> signerLabels() throws CMSKeyDatabaseException {
+    listLabels();
+    return List.copyOf(signerLabels);
+  }
+
+  @Override
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item =
-        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false);
-    if (item == null) {
-      Labels listed = labels();
-      boolean known = listed.personal().contains(label) || listed.signers().contains(label);
-      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
+        label,
+        () -> labels().keys());
   }
 
-  /**
-   * Reads a pending request.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    KeyItem item =
-        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true);
-    if (item == null) {
-      boolean known = labels().requests().contains(label);
-      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
+        label,
+        () -> labels().requests());
   }
 
-  /**
-   * Deletes a personal key or a signer's certificate.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when the token has no
-   *     such entry
-   */
+  @Override
+  public Optional<KeyItem> defaultKey() {
+    return Optional.empty();
+  }
+
+  @Override
+  public void insertCertificate(String label, byte[] certificate, boolean trusted)
+      throws CMSKeyDatabaseException {
+    refusals.when(trusted, Refusals.TRUST);
+    importCertificate(label, certificate, 0, null);
+  }
+
+  @Override
+  public void insertKey(
+      String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
+      throws CMSKeyDatabaseException {
+    refusals.when(trusted, Refusals.TRUST);
+    refusals.when(makeDefault, Refusals.DEFAULT_KEY);
+    importCertificate(label, certificate, privateKey.length, privateKey);
+  }
+
+  @Override
+  public void insertRequest(String label, byte[] request, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    answers.check(
+        c_ImportPersonalCertificateRequest(
+            module, tokenLabel, password(), requireNonNull(label), request.length, request,
+            privateKey == null ? 0 : privateKey.length, privateKey),
+        label);
+  }
+
+  @Override
   public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), false),
         label);
   }
 
-  /**
-   * Deletes a pending request and its key pair.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    check(
+    answers.check(
         c_DeleteKeyItemByLabel(module, tokenLabel, password(), requireNonNull(label), true),
         label);
   }
 
-  /** Wipes the passwords. The token can be used no longer through this object. */
+  @Override
+  public void setDefaultKey(String label) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.DEFAULT_KEY);
+  }
+
+  @Override
+  public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.TRUST);
+  }
+
   @Override
   public synchronized void close() {
-    super.close();
-    wipe(secondaryPassword);
+    held.close();
+    secondaryHeld.close();
+  }
+
+  @Override
+  public String toString() {
+    return "CryptographicToken[" + name + "]";
+  }
+
+  /** The password as the native methods take it. */
+  String password() {
+    return held.password();
   }
 
   synchronized String secondaryFile() {
@@ -237,7 +253,24 @@ public final class CryptographicToken extends PasswordHolder {
   }
 
   synchronized String secondaryPassword() {
-    return textOf(secondaryPassword);
+    return secondaryHeld.password();
+  }
+
+  private void importCertificate(
+      String label, byte[] certificate, int keyLength, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    answers.check(
+        c_ImportCertificate(
+            module, tokenLabel, password(), secondaryFile(), secondaryPassword(),
+            requireNonNull(label), certificate.length, certificate, keyLength, privateKey),
+        label);
+  }
+
+  private void listLabels() throws CMSKeyDatabaseException {
+    personalLabels.clear();
+    signerLabels.clear();
+    requestLabels.clear();
+    answers.check(c_BuildKeyLabelList(module, tokenLabel, password()));
   }
 
   /** Called by the native library for each token while the tokens of a module are listed. */
@@ -271,123 +304,64 @@ public final class CryptographicToken extends PasswordHolder {
 
   // Entries.
 
-  native int c_BuildKeyLabelList(
-      String moduleName, String tokenLabel, String tokenPassword);
+  native int c_BuildKeyLabelList(String moduleName, String tokenLabel, String tokenPassword);
 
   native KeyItem c_GetKeyItemByLabel(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
       boolean isRequestKey);
 
   native int c_DeleteKeyItemByLabel(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
       boolean isRequestKey);
 
   // Certificates.
 
   native int c_ReceivePersonalCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String secondaryKeyDbFileName,
-      String secondaryKeyDbPassword,
-      String certFileName,
-      boolean isBase64);
+      String moduleName, String tokenLabel, String tokenPassword, String secondaryKeyDbFileName,
+      String secondaryKeyDbPassword, String certFileName, boolean isBase64);
 
   native int c_ImportCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String secondaryKeyDbFileName,
-      String secondaryKeyDbPassword,
-      String keyLabel,
-      int certLength,
-      byte[] certificate,
-      int keyLength,
-      byte[] privateKey);
+      String moduleName, String tokenLabel, String tokenPassword, String secondaryKeyDbFileName,
+      String secondaryKeyDbPassword, String keyLabel, int certLength, byte[] certificate,
+      int keyLength, byte[] privateKey);
 
   native int c_AddSignerCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      String certFileName,
-      boolean isBase64);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      String certFileName, boolean isBase64);
 
   native int c_ExtractCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      String certFileName,
-      boolean isBase64);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      String certFileName, boolean isBase64);
 
   // New keys and requests.
 
   native int c_CreatePersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int signatureAlgorithm,
-      String certReqFileName);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel, int keySize,
+      DNItem subject, int signatureAlgorithm, String certReqFileName);
 
   native int c_ImportPersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      int requestLength,
-      byte[] request,
-      int keyLength,
-      byte[] privateKey);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      int requestLength, byte[] request, int keyLength, byte[] privateKey);
 
   native int c_RecreatePersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
-      int signatureAlgorithm,
-      String certReqFileName);
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
+      int signatureAlgorithm, String certReqFileName);
 
   native int c_ExtractPersonalCertificateRequest(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      String keyLabel,
+      String moduleName, String tokenLabel, String tokenPassword, String keyLabel,
       String certReqFileName);
 
   native int c_CreateSelfSignedCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      int version,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int validityDays,
-      int signatureAlgorithm);
+      String moduleName, String tokenLabel, String tokenPassword, int version, String keyLabel,
+      int keySize, DNItem subject, int validityDays, int signatureAlgorithm);
 
   // Renewal.
 
   native boolean c_IsPersonalCertificateRenewal(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      int certLength,
+      String moduleName, String tokenLabel, String tokenPassword, int certLength,
       byte[] certificate);
 
   native int c_RenewPersonalCertificate(
-      String moduleName,
-      String tokenLabel,
-      String tokenPassword,
-      int certLength,
+      String moduleName, String tokenLabel, String tokenPassword, int certLength,
       byte[] certificate);
 }

@@ -22,6 +22,7 @@ import javax.security.auth.x500.X500Principal;
  * <p>A name that the native library read from a certificate may have further attributes: {@link
  * #optionalFields()}, and whole in {@link #der()}.
  */
+@SuppressWarnings("exports")
 public final class DNItem extends AbstractDNItem {
   /** Attributes that the Java platform would print as numbers, and their usual names. */
   private static final Map<String, String> ATTRIBUTE_NAMES =

@@ -1,5 +1,7 @@
 package com.nelo.zel.vosmar.basic;
 
+import com.nelo.zel.vosmar.internal.NativeLibrary;
+
 /**
  * The key management library as a whole: starting it, stopping it, its tracing and its cryptographic
  * mode.

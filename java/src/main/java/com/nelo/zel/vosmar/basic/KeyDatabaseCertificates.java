@@ -4,24 +4,15 @@ import static java.util.Objects.requireNonNull;
 
 import java.nio.file.Path;
 
-/**
- * The certificates and requests of a key database: making, issuing and taking them in, renewing and
- * validating them, and writing them to files. It lives as long as its database.
- */
-public final class KeyDatabaseCertificates {
+/** The certificates and requests of a key database. */
+final class KeyDatabaseCertificates implements Certificates {
   private final CMSKeyDatabase db;
 
   KeyDatabaseCertificates(CMSKeyDatabase db) {
     this.db = db;
   }
 
-  /**
-   * Makes a key and a self-signed certificate for it.
-   *
-   * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken
-   */
+  @Override
   public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
     int code;
     if (certificate.isPlain()) {
@@ -39,16 +30,10 @@ public final class KeyDatabaseCertificates {
               certificate.extensions().length, certificate.extensions(), certificate.fileName(),
               certificate.isBase64());
     }
-    db.check(code, certificate.label());
+    db.answers.check(code, certificate.label());
   }
 
-  /**
-   * Makes a key and a request for a certificate, which both wait here for {@link #receive}.
-   *
-   * @param request what it shall be like
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken
-   */
+  @Override
   public void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException {
     int code;
     if (request.isPlain()) {
@@ -63,16 +48,10 @@ public final class KeyDatabaseCertificates {
               request.subject(), request.signatureAlgorithm().selector(),
               request.extensions().length, request.extensions(), request.fileName(), true);
     }
-    db.check(code, request.label());
+    db.answers.check(code, request.label());
   }
 
-  /**
-   * Issues a certificate for a request, signed by a key of this database.
-   *
-   * @param issue how it shall be issued
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     issuer's label, with {@link ResultCode#ISSUING_CERTIFICATE} when the issuer may not issue
-   */
+  @Override
   public void issue(CertificateIssue issue) throws CMSKeyDatabaseException {
     SignatureAlgorithm algorithm = issue.wishedAlgorithm();
     int code;
@@ -89,129 +68,66 @@ public final class KeyDatabaseCertificates {
               issue.validityDays(), algorithm.selector(), issue.requestFileName(),
               issue.certificateFileName(), issue.isBase64());
     }
-    db.check(code, issue.issuerLabel());
+    db.answers.check(code, issue.issuerLabel());
   }
 
-  /**
-   * Takes in the certificate for a pending request. The request becomes a key of the same label.
-   *
-   * @param source a file with the certificate, or with a PKCS&nbsp;#7 bundle that has it
-   * @param encoding the form of the file
-   * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with {@link ResultCode#REQKEY_FOR_CERT_NULL} when no request
-   *     belongs to the certificate
-   */
+  @Override
   public void receive(Path source, Encoding encoding, boolean makeDefault)
       throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ReceiveCert(
             db.file, db.password(), source.toString(), encoding.isBase64(), makeDefault),
         source);
   }
 
-  /**
-   * Adds the certificate of a certificate authority.
-   *
-   * @param label its label
-   * @param source the file of the certificate
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken
-   */
-  public void addCa(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException {
-    db.check(
+  @Override
+  public void add(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException {
+    db.answers.check(
         db.c_AddCaCert(
             db.file, db.password(), requireNonNull(label), source.toString(),
             encoding.isBase64()),
         label);
   }
 
-  /**
-   * Whether a certificate would renew one of this database: same subject and key, other certificate.
-   *
-   * @param certificate a DER certificate
-   * @return true when {@link #renew} would take it
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public boolean isRenewal(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean renewal =
-        db.c_CheckCertAsRenewal(db.file, db.password(), certificate.length, certificate);
-    if (!renewal) {
-      db.labels();
-    }
-    return renewal;
+    return db.answers.holds(
+        db.c_CheckCertAsRenewal(db.file, db.password(), certificate.length, certificate),
+        () -> db.labels().keys());
   }
 
-  /**
-   * Puts a certificate in the place of the one that it renews.
-   *
-   * @param certificate a DER certificate
-   * @throws CMSKeyDatabaseException when it renews none
-   */
+  @Override
   public void renew(byte[] certificate) throws CMSKeyDatabaseException {
-    db.check(db.c_RenewCert(db.file, db.password(), certificate.length, certificate));
+    db.answers.check(db.c_RenewCert(db.file, db.password(), certificate.length, certificate));
   }
 
-  /**
-   * Whether a certificate is valid now, with a chain of certificates of this database that ends at a
-   * trusted one (RFC&nbsp;5280, section 6).
-   *
-   * @param certificate a DER certificate
-   * @return false whatever is wrong with it
-   * @throws CMSKeyDatabaseException when the database cannot be opened or is damaged
-   */
+  @Override
   public boolean isValid(byte[] certificate) throws CMSKeyDatabaseException {
-    boolean valid =
-        db.c_ValidateCertificateChain(db.file, db.password(), certificate, certificate.length);
-    if (!valid) {
-      db.labels();
-    }
-    return valid;
+    return db.answers.holds(
+        db.c_ValidateCertificateChain(db.file, db.password(), certificate, certificate.length),
+        () -> db.labels().keys());
   }
 
-  /**
-   * Writes a pending request to a file once more, in Base64.
-   *
-   * @param label its label
-   * @param target the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public void extractRequest(String label, Path target) throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ExtractCertReq(db.file, db.password(), requireNonNull(label), target.toString()),
         label);
   }
 
-  /**
-   * Writes a pending request to a file once more, signed anew.
-   *
-   * @param label its label
-   * @param algorithm the digest of the signature
-   * @param target the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
-   *     the label
-   */
+  @Override
   public void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
       throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ExtractCertReqSig(
             db.file, db.password(), requireNonNull(label), algorithm.selector(),
             target.toString()),
         label);
   }
 
-  /**
-   * Writes a certificate to a file.
-   *
-   * @param label the label of its entry
-   * @param target the file
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
-   *     label
-   */
+  @Override
   public void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ExtractCert(
             db.file, db.password(), requireNonNull(label), target.toString(),
             encoding.isBase64()),

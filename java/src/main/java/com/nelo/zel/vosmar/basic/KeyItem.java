@@ -6,6 +6,7 @@ import com.nelo.zel.vosmar.item.AbstractKeyItem;
  * One entry of a key database: a key with its certificate and chain, a certificate alone, or a pending
  * request with its key. Built by the native library only.
  */
+@SuppressWarnings("exports")
 public final class KeyItem
     extends AbstractKeyItem<EncryptedPrivateKeyInfoItem, CertificateItem, BERObject> {
   private final KeyAlgorithm algorithm;

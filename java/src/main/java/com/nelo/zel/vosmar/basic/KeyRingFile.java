@@ -17,7 +17,7 @@ public final class KeyRingFile {
    */
   public static void write(CMSKeyDatabase db, Path target, char[] targetPassword)
       throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_Kdb2Kyr(db.file, db.password(), target.toString(), new String(targetPassword)),
         target);
   }

@@ -2,25 +2,31 @@ package com.nelo.zel.vosmar.basic;
 
 import static java.util.Objects.requireNonNull;
 
+import com.nelo.zel.vosmar.internal.Answers;
+import com.nelo.zel.vosmar.internal.PasswordHolder;
 import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
+import java.util.Optional;
 
 /**
  * A certificate store of the current user, such as {@code CurrentUser/My}: certificates with their
  * private keys, and the certificates of signers, each under a label.
  *
- * <p>A store is named by its cryptographic service provider (CSP); {@link #list} tells the names. An
- * object of this class remembers such a name and a password. It keeps nothing open: each operation
- * opens the store, works, and closes it. {@link #close()} wipes the password. What {@link
- * CMSKeyDatabase} says of passwords and strings, of missing arguments, and of reasons that are told a
- * moment later, holds here too.
+ * <p>A store is named by its cryptographic service provider (CSP); {@link #list} tells the names. Its
+ * certificates are trusted for the place where they lie, not for marks.
+ *
+ * <p>The library looks for its native methods in this class only; the {@link Certificates} of a store
+ * call those of their subject.
  */
-public final class MSCertificateStore extends PasswordHolder {
+public final class MSCertificateStore implements EntryStore {
   // Filled by the native method while the stores are listed.
   private static final List<String> CSP_NAMES = new ArrayList<>();
 
-  private final String cspName;
+  final String cspName;
+  final Answers<CMSKeyDatabaseException> answers;
+  final Refusals refusals;
+  private final PasswordHolder held;
 
   // Filled by the native method while the labels are listed.
   private final List<String> labels = new ArrayList<>();
@@ -28,18 +34,11 @@ public final class MSCertificateStore extends PasswordHolder {
   private final List<String> signerLabels = new ArrayList<>();
 
   private MSCertificateStore(String cspName, char[] password) {
-    super(cspName, password);
     this.cspName = requireNonNull(cspName);
+    answers = new Answers<>(cspName, CMSKeyDatabaseException::new);
+    refusals = new Refusals(answers, ResultCode.UNSUPPORTED_OPTION);
+    held = new PasswordHolder(cspName, password);
   }
-
-  /**
-   * The labels of a store, in the order of the store.
-   *
-   * @param all every one of them
-   * @param personal those of certificates with their private keys
-   * @param signers those of certificates alone
-   */
-  public record Labels(List<String> all, List<String> personal, List<String> signers) {}
 
   /**
    * Lists the stores.
@@ -82,150 +81,143 @@ public final class MSCertificateStore extends PasswordHolder {
     return store;
   }
 
-  /**
-   * Lists the labels.
-   *
-   * @return the labels of all entries, and which of them have a private key
-   * @throws CMSKeyDatabaseException when the store cannot be opened or read
-   */
+  @Override
+  public Certificates certificates() {
+    return new StoreCertificates(this);
+  }
+
+  @Override
   public synchronized Labels labels() throws CMSKeyDatabaseException {
-    labels.clear();
-    personalLabels.clear();
-    signerLabels.clear();
-    check(c_BuildKeyLabelList(cspName, password()));
-    return new Labels(
-        List.copyOf(labels), List.copyOf(personalLabels), List.copyOf(signerLabels));
+    listLabels();
+    return new Labels(List.copyOf(labels), List.of());
   }
 
-  /**
-   * Reads an entry.
-   *
-   * @param label its label
-   * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no entry has the
-   *     label
-   */
+  @Override
+  public synchronized List<String> personalLabels() throws CMSKeyDatabaseException {
+    listLabels();
+    return List.copyOf(personalLabels);
+  }
+
+  @Override
+  public synchronized List<String> signerLabels() throws CMSKeyDatabaseException {
+    listLabels();
+    return List.copyOf(signerLabels);
+  }
+
+  @Override
   public KeyItem key(String label) throws CMSKeyDatabaseException {
-    KeyItem item = c_GetKeyItemByLabel(cspName, password(), requireNonNull(label));
-    if (item == null) {
-      boolean known = labels().all().contains(label);
-      throw failure(known ? ResultCode.DATABASE_READ : ResultCode.KEY_GET_BY_LABEL, label);
-    }
-    return item;
+    return answers.found(
+        c_GetKeyItemByLabel(cspName, password(), requireNonNull(label)),
+        label,
+        () -> labels().keys());
   }
 
-  /**
-   * Reads all entries that share a label.
-   *
-   * @param label the label
-   * @return the entries; empty when there are none
-   * @throws CMSKeyDatabaseException when the store cannot be opened or read
-   */
+  @Override
+  public KeyItem request(String label) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.REQUESTS);
+  }
+
+  @Override
+  public Optional<KeyItem> defaultKey() {
+    return Optional.empty();
+  }
+
+  @Override
   public List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
-    return listOf(c_GetKeyItemListByLabel(cspName, password(), requireNonNull(label)));
+    return List.of(
+        answers.found(
+            c_GetKeyItemListByLabel(cspName, password(), requireNonNull(label)),
+            label,
+            () -> labels().keys()));
   }
 
-  /**
-   * Reads all entries of a public key.
-   *
-   * @param subjectPublicKeyInfo the key as a DER SubjectPublicKeyInfo
-   * @return the entries; empty when there are none
-   * @throws CMSKeyDatabaseException when the store cannot be opened or read
-   */
+  @Override
   public List<KeyItem> keysWithPublicKey(byte[] subjectPublicKeyInfo)
       throws CMSKeyDatabaseException {
-    return listOf(
+    return answers.all(
         c_GetKeyItemsByPublicKey(
-            cspName, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo));
+            cspName, password(), subjectPublicKeyInfo.length, subjectPublicKeyInfo),
+        () -> labels().keys());
   }
 
-  /**
-   * Deletes an entry.
-   *
-   * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no entry has the
-   *     label
-   */
-  public void deleteKey(String label) throws CMSKeyDatabaseException {
-    check(c_DeleteKeyItemByLabel(cspName, password(), requireNonNull(label)), label);
-  }
-
-  /**
-   * Imports a certificate, with its private key or alone.
-   *
-   * @param label the label of the new entry
-   * @param certificate a DER certificate
-   * @param privateKey its key: PKCS#8, or RSA or EC in their own forms, as DER; null for none
-   * @throws CMSKeyDatabaseException with {@link ResultCode#VALIDATION_KEY_PAIR} when they do not
-   *     belong together
-   */
-  public void importCertificate(String label, byte[] certificate, byte[] privateKey)
+  @Override
+  public void insertCertificate(String label, byte[] certificate, boolean trusted)
       throws CMSKeyDatabaseException {
-    check(
+    refusals.when(trusted, Refusals.TRUST);
+    importCertificate(label, certificate, 0, null);
+  }
+
+  @Override
+  public void insertKey(
+      String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
+      throws CMSKeyDatabaseException {
+    refusals.when(trusted, Refusals.TRUST);
+    refusals.when(makeDefault, Refusals.DEFAULT_KEY);
+    importCertificate(label, certificate, privateKey.length, privateKey);
+  }
+
+  @Override
+  public void insertRequest(String label, byte[] request, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.REQUESTS);
+  }
+
+  @Override
+  public void deleteKey(String label) throws CMSKeyDatabaseException {
+    answers.check(c_DeleteKeyItemByLabel(cspName, password(), requireNonNull(label)), label);
+  }
+
+  @Override
+  public void deleteRequest(String label) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.REQUESTS);
+  }
+
+  @Override
+  public void setDefaultKey(String label) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.DEFAULT_KEY);
+  }
+
+  @Override
+  public void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.TRUST);
+  }
+
+  @Override
+  public void useSecondaryKeyDatabase(Path file, char[] itsPassword)
+      throws CMSKeyDatabaseException {
+    throw refusals.of(Refusals.SECONDARY);
+  }
+
+  @Override
+  public void close() {
+    held.close();
+  }
+
+  @Override
+  public String toString() {
+    return "MSCertificateStore[" + cspName + "]";
+  }
+
+  /** The password as the native methods take it. */
+  String password() {
+    return held.password();
+  }
+
+  private void importCertificate(
+      String label, byte[] certificate, int keyLength, byte[] privateKey)
+      throws CMSKeyDatabaseException {
+    answers.check(
         c_ImportCertificate(
-            cspName,
-            password(),
-            requireNonNull(label),
-            certificate.length,
-            certificate,
-            privateKey == null ? 0 : privateKey.length,
+            cspName, password(), requireNonNull(label), certificate.length, certificate, keyLength,
             privateKey),
         label);
   }
 
-  /**
-   * Adds a signer's certificate.
-   *
-   * @param label the label of the new entry
-   * @param certificate the file
-   * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot
-   *     be read
-   */
-  public void addSigner(String label, Path certificate, Encoding encoding)
-      throws CMSKeyDatabaseException {
-    check(
-        c_AddSignerCertificate(
-            cspName, password(), requireNonNull(label), certificate.toString(),
-            encoding.isBase64()),
-        label);
-  }
-
-  /**
-   * Makes a key and a self-signed certificate for it.
-   *
-   * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
-   *     label is taken
-   * @throws IllegalArgumentException when it shall be the default key or be written to a file: with a
-   *     certificate store neither is possible
-   */
-  public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
-    if (certificate.isDefaultKey() || certificate.fileName() != null) {
-      throw new IllegalArgumentException("a certificate store has no default key and no files");
-    }
-    check(
-        c_CreateNewSelfSignedCertificate(
-            cspName,
-            password(),
-            certificate.version(),
-            certificate.label(),
-            certificate.keyType().selector(),
-            certificate.subject(),
-            certificate.validityDays(),
-            certificate.signatureAlgorithm().selector(),
-            certificate.extensions().length,
-            certificate.extensions()),
-        certificate.label());
-  }
-
-  /** Nothing found and nothing readable look alike; listing the labels tells them apart. */
-  private List<KeyItem> listOf(KeyItem[] items) throws CMSKeyDatabaseException {
-    if (items == null) {
-      labels();
-      return List.of();
-    }
-    return List.of(items);
+  private void listLabels() throws CMSKeyDatabaseException {
+    labels.clear();
+    personalLabels.clear();
+    signerLabels.clear();
+    answers.check(c_BuildKeyLabelList(cspName, password()));
   }
 
   /** Called by the native library for each store while the stores are listed. */
@@ -250,45 +242,31 @@ public final class MSCertificateStore extends PasswordHolder {
 
   // Names and labels.
 
-  private static native int c_GetCSPNameList();
+  static native int c_GetCSPNameList();
 
-  private native int c_BuildKeyLabelList(String cspName, String password);
+  native int c_BuildKeyLabelList(String cspName, String password);
 
   // Entries.
 
-  private native KeyItem c_GetKeyItemByLabel(String cspName, String password, String keyLabel);
+  native KeyItem c_GetKeyItemByLabel(String cspName, String password, String keyLabel);
 
-  private native KeyItem[] c_GetKeyItemListByLabel(
-      String cspName, String password, String keyLabel);
+  native KeyItem[] c_GetKeyItemListByLabel(String cspName, String password, String keyLabel);
 
-  private native KeyItem[] c_GetKeyItemsByPublicKey(
+  native KeyItem[] c_GetKeyItemsByPublicKey(
       String cspName, String password, int publicKeyLength, byte[] publicKey);
 
-  private native int c_DeleteKeyItemByLabel(String cspName, String password, String keyLabel);
+  native int c_DeleteKeyItemByLabel(String cspName, String password, String keyLabel);
 
   // Certificates.
 
-  private native int c_ImportCertificate(
-      String cspName,
-      String password,
-      String keyLabel,
-      int certLength,
-      byte[] certData,
-      int keyLength,
-      byte[] keyData);
+  native int c_ImportCertificate(
+      String cspName, String password, String keyLabel, int certLength, byte[] certData,
+      int keyLength, byte[] keyData);
 
-  private native int c_AddSignerCertificate(
+  native int c_AddSignerCertificate(
       String cspName, String password, String keyLabel, String certFileName, boolean isBase64);
 
-  private native int c_CreateNewSelfSignedCertificate(
-      String cspName,
-      String password,
-      int version,
-      String keyLabel,
-      int keySize,
-      DNItem subject,
-      int validityDays,
-      int sigAlg,
-      int extLength,
-      byte[] extData);
+  native int c_CreateNewSelfSignedCertificate(
+      String cspName, String password, int version, String keyLabel, int keySize, DNItem subject,
+      int validityDays, int sigAlg, int extLength, byte[] extData);
 }

@@ -31,7 +31,7 @@ public final class PfxFile {
     if (wanted.size() > 1) {
       given.add(0, wanted.get(0));
     }
-    db.check(
+    db.answers.check(
         db.c_ExportToPFXFile(
             db.file, db.password(), target.toString(), new String(targetPassword),
             given.toArray(String[]::new)),
@@ -50,7 +50,7 @@ public final class PfxFile {
    */
   public static void importInto(CMSKeyDatabase db, Path source, char[] sourcePassword)
       throws CMSKeyDatabaseException {
-    db.check(
+    db.answers.check(
         db.c_ImportFromPFXFile(
             db.file, db.password(), source.toString(), new String(sourcePassword)),
         source);

@@ -23,11 +23,9 @@ public final class Pkcs7File {
     try (CMSKeyDatabase none = new CMSKeyDatabase(source, new char[0])) {
       CertificateItem[] certificates =
           none.c_ExtractCertFromPKCS7Data(source.toString(), encoding.isBase64());
-      if (certificates == null) {
-        throw none.failure(
-            Files.isReadable(source) ? ResultCode.ASN : ResultCode.FILE_OPEN_TO_READ);
-      }
-      return List.of(certificates);
+      ResultCode reason =
+          Files.isReadable(source) ? ResultCode.ASN : ResultCode.FILE_OPEN_TO_READ;
+      return List.of(none.answers.given(certificates, reason.code()));
     }
   }
 }

@@ -19,12 +19,9 @@ public final class PrivateKeyEncryption {
       throws CMSKeyDatabaseException {
     KMSystem.start();
     try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
-      EncryptedPrivateKeyInfoItem item =
-          none.c_EncryptPrivateKey(privateKey.length, privateKey, none.password());
-      if (item == null) {
-        throw none.failure(ResultCode.CRYPTO);
-      }
-      return item;
+      return none.answers.given(
+          none.c_EncryptPrivateKey(privateKey.length, privateKey, none.password()),
+          ResultCode.CRYPTO.code());
     }
   }
 
@@ -42,11 +39,9 @@ public final class PrivateKeyEncryption {
     KMSystem.start();
     byte[] der = privateKey.der();
     try (CMSKeyDatabase none = new CMSKeyDatabase(Path.of("private key"), password)) {
-      PrivateKeyInfoItem item = none.c_DecryptPrivateKey(der.length, der, none.password());
-      if (item == null) {
-        throw none.failure(ResultCode.PKCS12_PWD_CORRUPTION);
-      }
-      return item;
+      return none.answers.given(
+          none.c_DecryptPrivateKey(der.length, der, none.password()),
+          ResultCode.PKCS12_PWD_CORRUPTION.code());
     }
   }
 }

@@ -3,6 +3,7 @@ package com.nelo.zel.vosmar.basic;
 import com.nelo.zel.vosmar.item.AbstractPrivateKeyInfoItem;
 
 /** A private key in the clear, to be closed after use. */
+@SuppressWarnings("exports")
 public final class PrivateKeyInfoItem extends AbstractPrivateKeyInfoItem {
   /**
    * Makes an item that takes the bytes over.

@@ -3,6 +3,10 @@ package com.nelo.zel.vosmar.cli;
 import static java.util.Map.entry;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
+import com.nelo.zel.vosmar.cli.options.SecretException;
+import com.nelo.zel.vosmar.cli.view.ExitCode;
+import com.nelo.zel.vosmar.cli.view.Json;
+import com.nelo.zel.vosmar.cli.view.Output;
 import java.io.PrintWriter;
 import java.util.Map;
 import picocli.CommandLine;

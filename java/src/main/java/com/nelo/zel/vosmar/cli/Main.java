@@ -1,6 +1,9 @@
 package com.nelo.zel.vosmar.cli;
 
 import com.nelo.zel.vosmar.basic.KMSystem;
+import com.nelo.zel.vosmar.cli.options.Secrets;
+import com.nelo.zel.vosmar.cli.options.SecretsFactory;
+import com.nelo.zel.vosmar.cli.view.ExitCode;
 import java.io.Console;
 import picocli.CommandLine;
 

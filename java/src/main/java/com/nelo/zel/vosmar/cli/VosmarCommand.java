@@ -1,5 +1,11 @@
 package com.nelo.zel.vosmar.cli;
 
+import com.nelo.zel.vosmar.cli.cert.CertCommand;
+import com.nelo.zel.vosmar.cli.db.DbCommand;
+import com.nelo.zel.vosmar.cli.key.KeyCommand;
+import com.nelo.zel.vosmar.cli.pfx.PfxCommand;
+import com.nelo.zel.vosmar.cli.store.StoreCommand;
+import com.nelo.zel.vosmar.cli.token.TokenCommand;
 import java.lang.module.ModuleDescriptor;
 import java.util.Optional;
 import picocli.AutoComplete.GenerateCompletion;

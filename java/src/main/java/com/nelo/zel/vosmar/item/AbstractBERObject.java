@@ -3,8 +3,7 @@ package com.nelo.zel.vosmar.item;
 import java.util.Arrays;
 
 /** Bytes in BER encoding that are handed on without being looked into. */
-public abstract sealed class AbstractBERObject
-    permits com.nelo.security.cmskeystore.BERObject, com.nelo.zel.vosmar.basic.BERObject {
+public abstract class AbstractBERObject {
   private final byte[] bytes;
 
   /**

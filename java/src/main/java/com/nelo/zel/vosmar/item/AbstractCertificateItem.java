@@ -15,11 +15,9 @@ import java.time.Instant;
  * @param <N> the class of names
  * @param <B> the class of BER objects
  */
-public abstract sealed class AbstractCertificateItem<
+public abstract class AbstractCertificateItem<
         N extends AbstractDNItem, B extends AbstractBERObject>
-    extends AbstractSignedItem<N, B>
-    permits com.nelo.security.cmskeystore.CertificateItem,
-        com.nelo.zel.vosmar.basic.CertificateItem {
+    extends AbstractSignedItem<N, B> {
   private final int version;
   private final String label;
   private final N issuer;

@@ -7,8 +7,7 @@ import java.util.List;
  * A distinguished name (X.501): up to seven attributes, each at most once, and what further ones the
  * native library read from a certificate.
  */
-public abstract sealed class AbstractDNItem
-    permits com.nelo.security.cmskeystore.DNItem, com.nelo.zel.vosmar.basic.DNItem {
+public abstract class AbstractDNItem {
   // The native library reads these seven fields by name.
   private final String cn;
   private final String ou;

@@ -6,9 +6,7 @@ package com.nelo.zel.vosmar.item;
  *
  * <p>{@link javax.crypto.EncryptedPrivateKeyInfo} reads {@link #der()} as it stands.
  */
-public abstract sealed class AbstractEncryptedPrivateKeyInfoItem
-    permits com.nelo.security.cmskeystore.EncryptedPrivateKeyInfoItem,
-        com.nelo.zel.vosmar.basic.EncryptedPrivateKeyInfoItem {
+public abstract class AbstractEncryptedPrivateKeyInfoItem {
   private final byte[] der;
 
   /**

@@ -11,11 +11,10 @@ import java.util.stream.Stream;
  * @param <C> the class of certificates
  * @param <B> the class of BER objects
  */
-public abstract sealed class AbstractKeyItem<
+public abstract class AbstractKeyItem<
         K extends AbstractEncryptedPrivateKeyInfoItem,
         C extends AbstractCertificateItem<?, B>,
-        B extends AbstractBERObject>
-    permits com.nelo.security.cmskeystore.KeyItem, com.nelo.zel.vosmar.basic.KeyItem {
+        B extends AbstractBERObject> {
   private final String label;
   private final int keySize;
   private final K privateKey;

@@ -9,9 +9,7 @@ import javax.security.auth.Destroyable;
  * <p>The item owns the only copy of the bytes that its package keeps. {@link #close()} wipes it, so an
  * item belongs in a try-with-resources statement.
  */
-public abstract sealed class AbstractPrivateKeyInfoItem implements Destroyable, AutoCloseable
-    permits com.nelo.security.cmskeystore.PrivateKeyInfoItem,
-        com.nelo.zel.vosmar.basic.PrivateKeyInfoItem {
+public abstract class AbstractPrivateKeyInfoItem implements Destroyable, AutoCloseable {
   private final byte[] der;
   private boolean destroyed;
 

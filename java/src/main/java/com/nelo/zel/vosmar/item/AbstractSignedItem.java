@@ -1,16 +1,12 @@
 package com.nelo.zel.vosmar.item;
 
-import com.nelo.zel.vosmar.basic.CertificateRequestItem;
-
 /**
  * What certificates and requests are alike in: a name and a public key under a signature.
  *
  * @param <N> the class of names
  * @param <B> the class of BER objects
  */
-public abstract sealed class AbstractSignedItem<
-        N extends AbstractDNItem, B extends AbstractBERObject>
-    permits AbstractCertificateItem, CertificateRequestItem {
+public abstract class AbstractSignedItem<N extends AbstractDNItem, B extends AbstractBERObject> {
   private final int keySize;
   private final N subject;
   private final B subjectPublicKeyInfo;
