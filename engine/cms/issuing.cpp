@@ -108,10 +108,10 @@ sys::Status checkPlan(const CertificatePlan& plan) {
 }
 
 sys::Result<sys::Bytes> issueCertificate(const CertificatePlan& plan, const KeyTraits& signingKey,
-                                         int signatureSelector, const Signer& signer) {
+                                         SignatureSelector selector, const Signer& signer) {
   sys::Status status = checkPlan(plan);
   if (!status) return status.failure();
-  const sys::Result<SigningDigest> digest = chooseDigest(signingKey, signatureSelector);
+  const sys::Result<SigningDigest> digest = chooseDigest(signingKey, selector);
   if (!digest) return digest.failure();
   const sys::Result<sys::Bytes> algorithm =
       signatureAlgorithm(signingKey.algorithm, digest.value());

@@ -48,7 +48,8 @@ ZEL_CMS_API sys::Status checkPlan(const CertificatePlan& plan);
  */
 ZEL_CMS_API sys::Result<sys::Bytes> issueCertificate(const CertificatePlan& plan,
                                                      const KeyTraits& signingKey,
-                                                     int signatureSelector, const Signer& signer);
+                                                     SignatureSelector selector,
+                                                     const Signer& signer);
 
 /**
  * authorityExtensions answers the `Extensions` of a self-signed certificate authority: CA true and

@@ -16,9 +16,9 @@ sys::Result<RequestPtr> decode(sys::ByteView der) {
 }
 
 /** Signs the part to be signed and puts the request together. */
-sys::Result<sys::Bytes> sign(sys::ByteView info, const KeyTraits& key, int signatureSelector,
+sys::Result<sys::Bytes> sign(sys::ByteView info, const KeyTraits& key, SignatureSelector selector,
                              const Signer& signer) {
-  const sys::Result<SigningDigest> digest = chooseDigest(key, signatureSelector);
+  const sys::Result<SigningDigest> digest = chooseDigest(key, selector);
   if (!digest) return digest.failure();
   const sys::Result<sys::Bytes> algorithm = signatureAlgorithm(key.algorithm, digest.value());
   if (!algorithm) return algorithm.failure();
@@ -57,7 +57,7 @@ void readSignature(const X509_REQ& request, RequestFields& fields) {
 }  // namespace
 
 sys::Result<sys::Bytes> buildRequest(const RequestPlan& plan, const KeyTraits& key,
-                                     int signatureSelector, const Signer& signer) {
+                                     SignatureSelector selector, const Signer& signer) {
   const sys::Result<ExtensionsPtr> extensions = readExtensions(plan.extensions);
   if (!extensions) return extensions.failure();
   const NamePtr subject = decodeDer<NamePtr>(d2i_X509_NAME, plan.subject);
@@ -81,14 +81,14 @@ sys::Result<sys::Bytes> buildRequest(const RequestPlan& plan, const KeyTraits& k
       },
       request.get());
   if (toBeSigned.empty()) return cryptoFailure(ZELKM_ERR_ASN, "encode a request");
-  return sign(toBeSigned, key, signatureSelector, signer);
+  return sign(toBeSigned, key, selector, signer);
 }
 
-sys::Result<sys::Bytes> signRequestAgain(sys::ByteView request, int signatureSelector,
+sys::Result<sys::Bytes> signRequestAgain(sys::ByteView request, SignatureSelector selector,
                                          const Signer& signer) {
   const sys::Result<RequestFields> fields = readRequest(request);
   if (!fields) return fields.failure();
-  return sign(fields.value().info, fields.value().key, signatureSelector, signer);
+  return sign(fields.value().info, fields.value().key, selector, signer);
 }
 
 sys::Result<RequestFields> readRequest(sys::ByteView der) {

@@ -33,10 +33,11 @@ struct RequestPlan {
  * codes of chooseDigest and of the signer.
  */
 ZEL_CMS_API sys::Result<sys::Bytes> buildRequest(const RequestPlan& plan, const KeyTraits& key,
-                                                 int signatureSelector, const Signer& signer);
+                                                 SignatureSelector selector, const Signer& signer);
 
 /** signRequestAgain answers the same request with a new signature. Codes as above. */
-ZEL_CMS_API sys::Result<sys::Bytes> signRequestAgain(sys::ByteView request, int signatureSelector,
+ZEL_CMS_API sys::Result<sys::Bytes> signRequestAgain(sys::ByteView request,
+                                                     SignatureSelector selector,
                                                      const Signer& signer);
 
 /** RequestFields is a request taken apart; the parts are DER as they stand in it. */

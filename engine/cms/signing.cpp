@@ -65,7 +65,7 @@ bool signsFor(const EVP_PKEY& key, EVP_PKEY& publicKey) {
 
 }  // namespace
 
-sys::Result<SigningDigest> chooseDigest(const KeyTraits& key, int selector) {
+sys::Result<SigningDigest> chooseDigest(const KeyTraits& key, SignatureSelector selector) {
   if (selector < kByKeyStrength || selector > kSha512) {
     return sys::fail(ZELKM_ERR_SIGNATURE_ALGORITHM, "no signature algorithm %d", selector);
   }

@@ -27,7 +27,7 @@ enum class SigningDigest { none, sha256, sha384, sha512 };
 using Signer = std::function<sys::Result<sys::Bytes>(SigningDigest, sys::ByteView message)>;
 
 /** The signature algorithm selectors of the C interface; 0 where it has none. */
-enum SignatureSelector { kByKeyStrength = 0, kSha256 = 1, kSha512 = 2 };
+enum SignatureSelector : int { kByKeyStrength = 0, kSha256 = 1, kSha512 = 2 };
 
 /**
  * chooseDigest answers what the selector means for a key. By key strength: SHA-256 up to 128 bits
@@ -37,7 +37,8 @@ enum SignatureSelector { kByKeyStrength = 0, kSha256 = 1, kSha512 = 2 };
  * ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM for a key that is not RSA, EC or Ed25519, or
  * that is bound to PSS.
  */
-ZEL_CMS_API sys::Result<SigningDigest> chooseDigest(const KeyTraits& key, int selector);
+ZEL_CMS_API sys::Result<SigningDigest> chooseDigest(const KeyTraits& key,
+                                                    SignatureSelector selector);
 
 /** signatureAlgorithm answers the AlgorithmIdentifier (RFC 4055, 5758, 8410), DER. */
 ZEL_CMS_API sys::Result<sys::Bytes> signatureAlgorithm(KeyAlgorithm algorithm,

@@ -1,122 +1,49 @@
+// Making certificates, and reading and writing them outside of a store.
+
 #include <optional>
+#include <utility>
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/certificates.h"
-#include "engine/cms/issuing.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/item_names.h"
 #include "engine/km/face/operation.h"
-#include "engine/km/store/key_material.h"
 #include "engine/km/work/certificate_files.h"
+#include "engine/km/work/self_signing.h"
 #include "engine/sys/memory.h"
-#include "engine/sys/trace.h"
-
-// Making certificates, and reading and writing them outside of a store.
 
 using namespace zel;
 using namespace zel::km;
 
 namespace {
 
-/** What a caller wants of a self-signed certificate. */
-struct SelfSigning {
+/** What every self-signed certificate takes, as the C interface has it. */
+struct SelfSigningArguments {
   const char* label;
-  bool makeDefault;
+  unsigned char makeDefault;
   int version;
   int keySize;
   const ZELKMDNItem* subject;
   int days;
-  int signatureSelector;
-  sys::ByteView extensions;
-  std::optional<sys::FileName> certFile;
-  CertificateFormat format;
+  const char* certFileName;
+  unsigned char isBase64;
 };
 
-sys::Status requireFreeLabel(Store& store, const Label& label) {
-  const sys::Result<KeyEntry> entry = store.findKey(label);
-  if (entry) {
-    return sys::fail(ZELKM_ERR_DATABASE_DUPLICATE_KEY_LABEL, "the label \"%s\" is in use",
-                     label.c_str());
-  }
-  return entry.code() == ZELKM_ERR_KEY_GET_BY_LABEL ? sys::success() : entry.failure();
-}
-
-/** The extensions given, or those of an authority where the version has room for them. */
-sys::Result<sys::Bytes> extensionsOf(const SelfSigning& wanted, const sys::Bytes& publicKey) {
-  if (!wanted.extensions.empty()) {
-    return sys::Bytes(wanted.extensions.begin(), wanted.extensions.end());
-  }
-  if (wanted.version < 3) return sys::Bytes();
-  return cms::authorityExtensions(publicKey);
-}
-
-sys::Result<sys::Bytes> signSelf(Store& store, const SelfSigning& wanted, const sys::Bytes& subject,
-                                 const GeneratedKey& key) {
-  const sys::Result<sys::Bytes> extensions = extensionsOf(wanted, key.publicKey);
-  if (!extensions) return extensions.failure();
-  const sys::Result<cms::KeyTraits> traits = cms::describePublicKey(key.publicKey);
-  if (!traits) return traits.failure();
-  const cms::CertificatePlan plan{.version = wanted.version,
-                                  .days = wanted.days,
-                                  .subject = subject,
-                                  .issuer = subject,
-                                  .publicKeyInfo = key.publicKey,
-                                  .extensions = extensions.value()};
-  return cms::issueCertificate(plan, traits.value(), wanted.signatureSelector,
-                               signerOf(store, key.privateKey));
-}
-
-/** Takes an entry out again; the default mark goes back to the one that had it. */
-void takeBack(Store& store, const Label& label, const Label& previousDefault) {
-  const sys::Status taken = store.inTransaction([&]() -> sys::Status {
-    if (sys::Status removed = store.removeKey(label); !removed) return removed;
-    return previousDefault.empty() ? sys::success() : store.setDefault(previousDefault);
-  });
-  if (!taken) sys::traceLine("\"%s\" stays without its file", label.c_str());
-}
-
-/**
- * The file comes last: it may replace another, which nothing brings back, whereas the entry can be
- * taken out again when the file cannot be written.
- */
-sys::Status insertAndWrite(Store& store, const SelfSigning& wanted, const KeyEntry& entry) {
-  Label previousDefault;
-  if (wanted.makeDefault && wanted.certFile) {
-    const sys::Result<KeyEntry> marked = store.defaultKey();
-    if (marked) previousDefault = marked.value().label;
-    if (!marked && marked.code() != ZELKM_ERR_KEYDB_DEFAULT_KEY_NULL) return marked.failure();
-  }
-  if (sys::Status inserted = store.insertKey(entry); !inserted) return inserted;
-  if (!wanted.certFile) return sys::success();
-  sys::Status written = writeCertificateFile(*wanted.certFile, entry.certificate, wanted.format);
-  if (!written) takeBack(store, entry.label, previousDefault);
-  return written;
-}
-
-sys::Status createSelfSigned(Store& store, const SelfSigning& wanted) {
-  const sys::Result<Label> label = labelArgument(wanted.label);
+sys::Result<SelfSigning> decoded(const SelfSigningArguments& given) {
+  sys::Result<std::optional<CertificateFile>> file =
+      optionalCertificateFile(given.certFileName, given.isBase64);
+  if (!file) return file.failure();
+  sys::Result<Label> label = labelArgument(given.label);
   if (!label) return label.failure();
-  const sys::Result<sys::Bytes> subject = nameArgument(wanted.subject);
+  sys::Result<sys::Bytes> subject = nameArgument(given.subject);
   if (!subject) return subject.failure();
-  if (sys::Status isFree = requireFreeLabel(store, label.value()); !isFree) return isFree;
-  const cms::CertificatePlan outline{
-      .version = wanted.version,
-      .days = wanted.days,
-      .extensions = {wanted.extensions.begin(), wanted.extensions.end()}};
-  if (sys::Status canBe = cms::checkPlan(outline); !canBe) return canBe;
-
-  sys::Result<GeneratedKey> key = store.generateKey(wanted.keySize);
-  if (!key) return key.failure();
-  const sys::Result<sys::Bytes> certificate = signSelf(store, wanted, subject.value(), key.value());
-  if (!certificate) return certificate.failure();
-
-  KeyEntry entry;
-  entry.label = label.value();
-  entry.certificate = certificate.value();
-  entry.privateKey = std::move(key.value().privateKey);
-  entry.trusted = true;  // a root of one's own
-  entry.isDefault = wanted.makeDefault;
-  return insertAndWrite(store, wanted, entry);
+  return SelfSigning{.label = std::move(label).value(),
+                     .subject = std::move(subject).value(),
+                     .keySize = given.keySize,
+                     .version = given.version,
+                     .days = given.days,
+                     .makeDefault = given.makeDefault != 0,
+                     .file = std::move(file).value()};
 }
 
 }  // namespace
@@ -126,18 +53,9 @@ int ZELKM_CreateSelfSignedCert(int handle, const char* label, unsigned char firs
                                int thirdNumber, const char* certFileName,
                                unsigned char secondFlag) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    sys::Result<std::optional<sys::FileName>> certFile = optionalFileName(certFileName);
-    if (!certFile) return certFile.failure();
-    return createSelfSigned(store, {.label = label,
-                                    .makeDefault = firstFlag != 0,
-                                    .version = firstNumber,
-                                    .keySize = secondNumber,
-                                    .subject = dn,
-                                    .days = thirdNumber,
-                                    .signatureSelector = cms::kByKeyStrength,
-                                    .extensions = {},
-                                    .certFile = std::move(certFile).value(),
-                                    .format = formatOfFlag(secondFlag)});
+    const sys::Result<SelfSigning> wanted = decoded(
+        {label, firstFlag, firstNumber, secondNumber, dn, thirdNumber, certFileName, secondFlag});
+    return wanted ? selfSign(store, wanted.value()) : wanted.failure();
   });
 }
 
@@ -147,21 +65,16 @@ int ZELKM_CreateSelfSignedCertSigExt(int handle, const char* label, unsigned cha
                                      const unsigned char* extensions, uint32_t extensionsLength,
                                      const char* certFileName, unsigned char secondFlag) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    if (sys::Status chosen = requireSignatureSelector(signatureAlgorithm); !chosen) return chosen;
-    sys::Result<sys::ByteView> given = optionalBytesArgument(extensions, extensionsLength);
+    const sys::Result<cms::SignatureSelector> signature = signatureArgument(signatureAlgorithm);
+    if (!signature) return signature.failure();
+    const sys::Result<sys::ByteView> given = optionalBytesArgument(extensions, extensionsLength);
     if (!given) return given.failure();
-    sys::Result<std::optional<sys::FileName>> certFile = optionalFileName(certFileName);
-    if (!certFile) return certFile.failure();
-    return createSelfSigned(store, {.label = label,
-                                    .makeDefault = firstFlag != 0,
-                                    .version = firstNumber,
-                                    .keySize = secondNumber,
-                                    .subject = dn,
-                                    .days = thirdNumber,
-                                    .signatureSelector = signatureAlgorithm,
-                                    .extensions = given.value(),
-                                    .certFile = std::move(certFile).value(),
-                                    .format = formatOfFlag(secondFlag)});
+    sys::Result<SelfSigning> wanted = decoded(
+        {label, firstFlag, firstNumber, secondNumber, dn, thirdNumber, certFileName, secondFlag});
+    if (!wanted) return wanted.failure();
+    wanted.value().signature = signature.value();
+    wanted.value().extensions = given.value();
+    return selfSign(store, wanted.value());
   });
 }
 
@@ -170,18 +83,17 @@ int ZELKM_ExportCert(int handle, const char* label, const char* certFileName,
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
-    const sys::Result<KeyEntry> entry = store.findKey(wanted.value());
-    if (!entry) return entry.failure();
-    const sys::Result<sys::FileName> certFile = sys::FileName::given(certFileName);
-    if (!certFile) return certFile.failure();
-    return writeCertificateFile(certFile.value(), entry.value().certificate, formatOfFlag(format));
+    const sys::Result<CertificateFile> file = certificateFileArgument(certFileName, format);
+    if (!file) return file.failure();
+    return exportCertificate(store, wanted.value(), file.value());
   });
 }
 
 int ZELKM_GetUnsignedCertFromCert(const unsigned char* certBytes, uint32_t certLength,
                                   unsigned char** buffer, uint32_t* length) {
   return answering(__func__, [&]() -> sys::Status {
-    if (buffer == nullptr || length == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    if (sys::Status given = requireOutput(buffer); !given) return given;
+    if (sys::Status given = requireOutput(length); !given) return given;
     const sys::Result<sys::ByteView> certificate = bytesArgument(certBytes, certLength);
     if (!certificate) return certificate.failure();
     const sys::Result<sys::Bytes> part = cms::unsignedPart(certificate.value());

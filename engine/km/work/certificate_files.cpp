@@ -2,8 +2,6 @@
 
 #include "engine/cms/pem.h"
 #include "engine/km/keydb/output_files.h"
-#include "engine/sys/file_name.h"
-#include "engine/sys/password.h"
 
 namespace zel::km {
 
@@ -21,14 +19,19 @@ sys::Status writePemFile(const sys::FileName& fileName, const char* armour, sys:
 
 }  // namespace
 
-sys::Status writeCertificateFile(const sys::FileName& fileName, sys::ByteView certificate,
-                                 CertificateFormat format) {
-  if (format == CertificateFormat::der) return writePublicFile(fileName, certificate);
-  return writePemFile(fileName, cms::kCertificateArmour, certificate);
+sys::Status writeCertificate(const CertificateFile& file, sys::ByteView certificate) {
+  if (file.format == CertificateFormat::der) return writePublicFile(file.name, certificate);
+  return writePemFile(file.name, cms::kCertificateArmour, certificate);
 }
 
-sys::Status writeRequestFile(const sys::FileName& fileName, sys::ByteView request) {
+sys::Status writeRequest(const sys::FileName& fileName, sys::ByteView request) {
   return writePemFile(fileName, cms::kRequestArmour, request);
+}
+
+sys::Status exportCertificate(Store& store, const Label& label, const CertificateFile& file) {
+  const sys::Result<KeyEntry> entry = store.findKey(label);
+  if (!entry) return entry.failure();
+  return writeCertificate(file, entry.value().certificate);
 }
 
 }  // namespace zel::km

@@ -1,33 +1,35 @@
 #ifndef ZEL_KM_WORK_CERTIFICATE_FILES_H_
 #define ZEL_KM_WORK_CERTIFICATE_FILES_H_
 
+#include "engine/km/store/store.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/file_name.h"
 #include "engine/sys/result.h"
 
 /**
  * @file
- * Files that carry one certificate or request to other programs.
+ * Files that carry one certificate or request to other programs. They take the place of older ones;
+ * the codes are those of writeOutput (keydb/output_files.h).
  */
 
 namespace zel::km {
 
+/** DER, or Base64 in PEM armour. */
 enum class CertificateFormat { der, base64 };
 
-/** Over the C interface a flag says whether a file is Base64 (else DER). */
-inline CertificateFormat formatOfFlag(unsigned char isBase64) {
-  return isBase64 != 0 ? CertificateFormat::base64 : CertificateFormat::der;
-}
+/** Where a certificate is to be written, and how. */
+struct CertificateFile {
+  sys::FileName name;
+  CertificateFormat format = CertificateFormat::der;
+};
 
-/**
- * writeCertificateFile writes a certificate, DER or in PEM armour, in the place of the file that
- * has the name. The codes of writeOutput.
- */
-sys::Status writeCertificateFile(const sys::FileName& fileName, sys::ByteView certificate,
-                                 CertificateFormat format);
+sys::Status writeCertificate(const CertificateFile& file, sys::ByteView certificate);
 
-/** writeRequestFile writes a certification request in PEM armour. The codes as above. */
-sys::Status writeRequestFile(const sys::FileName& fileName, sys::ByteView request);
+/** Writes a certification request in PEM armour. */
+sys::Status writeRequest(const sys::FileName& fileName, sys::ByteView request);
+
+/** Writes the certificate of an entry. */
+sys::Status exportCertificate(Store& store, const Label& label, const CertificateFile& file);
 
 }  // namespace zel::km
 

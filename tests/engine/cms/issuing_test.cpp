@@ -20,7 +20,7 @@ class Issuing : public testing::Test {
     plan_.days = 30;
   }
 
-  sys::Result<sys::Bytes> issue(int selector = kByKeyStrength) {
+  sys::Result<sys::Bytes> issue(SignatureSelector selector = kByKeyStrength) {
     return issueCertificate(plan_, describeKey(*key_), selector,
                             [&](SigningDigest digest, sys::ByteView message) {
                               return signMessage(*key_, digest, message);
@@ -39,7 +39,7 @@ class Issuing : public testing::Test {
 
 struct AlgorithmCase {
   int keySize;
-  int selector;
+  SignatureSelector selector;
   const char* name;
 };
 
@@ -152,8 +152,8 @@ TEST_F(Issuing, RefusesExtensionsThatAreNoneOrStandTwice) {
 }
 
 TEST_F(Issuing, RefusesOtherSelectors) {
-  EXPECT_EQ(issue(3).code(), ZELKM_ERR_SIGNATURE_ALGORITHM);
-  EXPECT_EQ(issue(-1).code(), ZELKM_ERR_SIGNATURE_ALGORITHM);
+  EXPECT_EQ(issue(SignatureSelector{3}).code(), ZELKM_ERR_SIGNATURE_ALGORITHM);
+  EXPECT_EQ(issue(SignatureSelector{-1}).code(), ZELKM_ERR_SIGNATURE_ALGORITHM);
 }
 
 TEST_F(Issuing, PassesOnWhyTheSignerFailed) {
