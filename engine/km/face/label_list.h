@@ -6,6 +6,12 @@
 
 #include "engine/km/face/item_ptr.h"
 #include "engine/km/store/label.h"
+#include "engine/sys/result.h"
+
+/**
+ * @file
+ * Lists of labels, between the C interface and stores.
+ */
 
 namespace zel::km {
 
@@ -13,6 +19,12 @@ using LabelListPtr = std::unique_ptr<ZELKMLabelList, ItemReleaser<ZELKM_FreeLabe
 
 /** labelListOf makes the record of the C interface; null for no labels. */
 LabelListPtr labelListOf(const std::vector<Label>& labels);
+
+/**
+ * The labels that a caller lists, up to the first node without one. ZELKM_ERR_NULL_PARAMETER (66)
+ * for none, ZELKM_ERR_PARAMETER (65) for text that is no label.
+ */
+sys::Result<std::vector<Label>> labelsArgument(const ZELKMLabelList* list);
 
 }  // namespace zel::km
 

@@ -1,29 +1,18 @@
+// Taking files, messages and private keys apart that belong to no store.
+
 #include "bridge/kmlib/zelkm.h"
-#include "engine/cms/bundles.h"
 #include "engine/cms/epki.h"
-#include "engine/cms/keys.h"
-#include "engine/cms/pem.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/item_certificates.h"
 #include "engine/km/face/item_keys.h"
 #include "engine/km/face/operation.h"
-#include "engine/km/store/new_labels.h"
+#include "engine/km/work/decoding.h"
 #include "engine/sys/file_name.h"
-#include "engine/sys/files.h"
 #include "engine/sys/memory.h"
 #include "engine/sys/password.h"
 
-// Taking files, messages and private keys apart that belong to no store.
-
 using namespace zel;
 using namespace zel::km;
-
-namespace {
-
-/** A certificate, a request or a bundle of them is far smaller. */
-constexpr std::size_t kMostFileBytes = 64UL << 20;
-
-}  // namespace
 
 int ZELKM_Base64DecodeFileToBuf(const char* fileName, unsigned char** buffer, uint32_t* length) {
   return answering(__func__, [&]() -> sys::Status {
@@ -31,9 +20,7 @@ int ZELKM_Base64DecodeFileToBuf(const char* fileName, unsigned char** buffer, ui
     if (sys::Status given = requireOutput(length); !given) return given;
     const sys::Result<sys::FileName> name = sys::FileName::given(fileName);
     if (!name) return name.failure();
-    const sys::Result<sys::Bytes> text = sys::readFile(name.value().path(), kMostFileBytes);
-    if (!text) return text.failure();
-    const sys::Result<sys::Bytes> decoded = cms::decodePem(text.value());
+    const sys::Result<sys::Bytes> decoded = decodeFile(name.value());
     if (!decoded) return decoded.failure();
     *buffer = sys::handOutBytes(decoded.value());
     *length = static_cast<uint32_t>(decoded.value().size());
@@ -47,16 +34,10 @@ int ZELKM_ExtractCertListFromPKCS7Data(const unsigned char* bytes, uint32_t leng
     if (sys::Status given = requireOutput(certList); !given) return given;
     const sys::Result<sys::ByteView> message = bytesArgument(bytes, length);
     if (!message) return message.failure();
-    sys::Result<std::vector<sys::Bytes>> bundle = cms::readBundle(message.value());
-    if (!bundle) return bundle.failure();
-
-    std::vector<LabelledCertificate> labelled;
-    for (sys::Bytes& certificate : bundle.value()) {
-      sys::Result<Label> label = labelForCertificate(certificate);
-      if (!label) return label.failure();
-      labelled.push_back({std::move(label).value(), std::move(certificate)});
-    }
-    sys::Result<CertItemListPtr> list = handOutCertificates(labelled);
+    const sys::Result<std::vector<LabelledCertificate>> certificates =
+        labelledBundle(message.value());
+    if (!certificates) return certificates.failure();
+    sys::Result<CertItemListPtr> list = handOutCertificates(certificates.value());
     if (!list) return list.failure();
     *certList = list.value().release();
     return sys::success();
@@ -71,12 +52,7 @@ int ZELKM_GetEPKIItemFromPrivateKey(const unsigned char* keyBytes, uint32_t keyL
     if (!bytes) return bytes.failure();
     const sys::Result<sys::Password> secret = sys::Password::given(password);
     if (!secret) return secret.failure();
-    const sys::Result<cms::KeyPtr> key = cms::readPrivateKey(bytes.value());
-    if (!key) return key.failure();
-    const sys::Result<sys::SecretBytes> pkcs8 = cms::privateKeyInfo(*key.value());
-    if (!pkcs8) return pkcs8.failure();
-    const sys::Result<sys::Bytes> encrypted =
-        cms::encryptPrivateKey(pkcs8.value(), secret.value().bytes());
+    const sys::Result<sys::Bytes> encrypted = encryptKey(bytes.value(), secret.value());
     if (!encrypted) return encrypted.failure();
     *epki = handOutEpki(encrypted.value()).release();
     return sys::success();

@@ -1,10 +1,10 @@
+// Reading key entries.
+
 #include "bridge/kmlib/zelkm.h"
 #include "engine/cms/keys.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/item_keys.h"
 #include "engine/km/face/operation.h"
-
-// Reading key entries.
 
 using namespace zel;
 using namespace zel::km;

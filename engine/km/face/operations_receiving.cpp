@@ -1,87 +1,19 @@
-#include <algorithm>
-#include <vector>
+// Taking in the certificates that authorities have issued, and those of the authorities.
 
 #include "bridge/kmlib/zelkm.h"
-#include "engine/cms/bundles.h"
-#include "engine/cms/certificates.h"
-#include "engine/cms/chains.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/operation.h"
-#include "engine/km/work/issuer_entries.h"
-#include "engine/sys/trace.h"
-
-// Taking in the certificates that authorities have issued, and those of the authorities.
+#include "engine/km/work/receiving.h"
 
 using namespace zel;
 using namespace zel::km;
 
-namespace {
-
-/** A certificate of a bundle, with the pending request that holds its key. */
-struct Answered {
-  sys::Bytes certificate;
-  RequestEntry request;
-};
-
-sys::Result<Answered> findAnswered(Store& store, const std::vector<sys::Bytes>& bundle) {
-  for (const sys::Bytes& certificate : bundle) {
-    const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
-    if (!keys) return keys.failure();
-    sys::Result<std::vector<RequestEntry>> requests =
-        store.findRequestsByPublicKey(keys.value().publicKeyInfo);
-    if (!requests) return requests.failure();
-    if (!requests.value().empty()) {
-      return Answered{certificate, std::move(requests.value().front())};
-    }
-  }
-  return sys::fail(ZELKM_ERR_REQKEY_FOR_CERT_NULL, "no pending request has the certificate's key");
-}
-
-/** The issuers that came along, nearest first. */
-sys::Result<std::vector<sys::Bytes>> issuersAmong(const std::vector<sys::Bytes>& bundle,
-                                                  const sys::Bytes& certificate) {
-  const auto lookUp = [&](sys::ByteView subject) -> sys::Result<std::vector<sys::Bytes>> {
-    std::vector<sys::Bytes> found;
-    for (const sys::Bytes& candidate : bundle) {
-      const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(candidate);
-      if (!keys) return keys.failure();
-      if (std::ranges::equal(keys.value().subject, subject)) found.push_back(candidate);
-    }
-    return found;
-  };
-  sys::Result<std::vector<sys::Bytes>> chain = cms::buildChain(certificate, lookUp);
-  if (chain) chain.value().erase(chain.value().begin());
-  return chain;
-}
-
-}  // namespace
-
 int ZELKM_ReceiveCert(int handle, const unsigned char* certBytes, uint32_t certLength,
                       unsigned char flag) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
-    const sys::Result<sys::ByteView> bytes = bytesArgument(certBytes, certLength);
-    if (!bytes) return bytes.failure();
-    const sys::Result<std::vector<sys::Bytes>> bundle = cms::readBundle(bytes.value());
+    const sys::Result<sys::ByteView> bundle = bytesArgument(certBytes, certLength);
     if (!bundle) return bundle.failure();
-    sys::Result<Answered> answered = findAnswered(store, bundle.value());
-    if (!answered) return answered.failure();
-    const sys::Result<std::vector<sys::Bytes>> issuers =
-        issuersAmong(bundle.value(), answered.value().certificate);
-    if (!issuers) return issuers.failure();
-
-    KeyEntry entry;
-    entry.label = answered.value().request.label;
-    entry.certificate = answered.value().certificate;
-    entry.privateKey = std::move(answered.value().request.privateKey);
-    entry.isDefault = flag != 0;
-    return store.inTransaction([&]() -> sys::Status {
-      if (sys::Status done = store.removeRequest(entry.label); !done) return done;
-      if (sys::Status done = store.insertKey(entry); !done) return done;
-      for (const sys::Bytes& issuer : issuers.value()) {
-        if (sys::Status done = addIssuer(store, issuer); !done) return done;
-      }
-      return sys::success();
-    });
+    return receive(store, bundle.value(), flag != 0);
   });
 }
 
@@ -92,13 +24,6 @@ int ZELKM_StoreCACert(int handle, const unsigned char* certBytes, uint32_t certL
     if (!wanted) return wanted.failure();
     const sys::Result<sys::ByteView> certificate = bytesArgument(certBytes, certLength);
     if (!certificate) return certificate.failure();
-    const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate.value());
-    if (!keys) return keys.failure();
-
-    KeyEntry entry;
-    entry.label = wanted.value();
-    entry.certificate.assign(certificate.value().begin(), certificate.value().end());
-    entry.trusted = true;
-    return store.insertKey(entry);
+    return storeAuthority(store, wanted.value(), certificate.value());
   });
 }

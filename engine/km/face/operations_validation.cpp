@@ -1,57 +1,12 @@
-#include <set>
-#include <vector>
+// Whether a store trusts a certificate.
 
 #include "bridge/kmlib/zelkm.h"
-#include "engine/cms/certificates.h"
-#include "engine/cms/validation.h"
 #include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/operation.h"
+#include "engine/km/work/validating.h"
 
 using namespace zel;
 using namespace zel::km;
-
-namespace {
-
-/** The certificates of a store that may be on the way from a certificate to an anchor. */
-struct Authorities {
-  std::vector<sys::Bytes> anchors;
-  std::vector<sys::Bytes> issuers;
-};
-
-/** Follows the issuers' names upwards; whose key did sign is the validation's affair. */
-sys::Result<Authorities> authoritiesAbove(Store& store, sys::ByteView certificate) {
-  Authorities found;
-  std::set<sys::Bytes> namesSeen;
-  std::vector<sys::Bytes> toFollow = {{certificate.begin(), certificate.end()}};
-  while (!toFollow.empty()) {
-    const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(toFollow.back());
-    if (!keys) return keys.failure();
-    toFollow.pop_back();
-    if (!namesSeen.insert(keys.value().issuer).second) continue;
-    const sys::Result<std::vector<KeyEntry>> entries = store.findKeysBySubject(keys.value().issuer);
-    if (!entries) return entries.failure();
-    for (const KeyEntry& entry : entries.value()) {
-      (entry.trusted ? found.anchors : found.issuers).push_back(entry.certificate);
-      toFollow.push_back(entry.certificate);
-    }
-  }
-  return found;
-}
-
-/** The certificate itself may be an anchor. */
-sys::Status addTrustedSelf(Store& store, sys::ByteView certificate, Authorities& authorities) {
-  const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
-  if (!keys) return keys.failure();
-  const sys::Result<std::vector<KeyEntry>> entries =
-      store.findKeysByPublicKey(keys.value().publicKeyInfo);
-  if (!entries) return entries.failure();
-  for (const KeyEntry& entry : entries.value()) {
-    if (entry.trusted) authorities.anchors.push_back(entry.certificate);
-  }
-  return sys::success();
-}
-
-}  // namespace
 
 int ZELKM_ValidateCertChain(int handle, const unsigned char* certBytes, uint32_t certLength,
                             unsigned char* isValid) {
@@ -59,14 +14,7 @@ int ZELKM_ValidateCertChain(int handle, const unsigned char* certBytes, uint32_t
     if (sys::Status given = requireOutput(isValid); !given) return given;
     const sys::Result<sys::ByteView> certificate = bytesArgument(certBytes, certLength);
     if (!certificate) return certificate.failure();
-    sys::Result<Authorities> authorities = authoritiesAbove(store, certificate.value());
-    if (!authorities) return authorities.failure();
-    if (sys::Status done = addTrustedSelf(store, certificate.value(), authorities.value()); !done) {
-      return done;
-    }
-    const sys::Status valid = cms::validateChain(certificate.value(), authorities.value().issuers,
-                                                 authorities.value().anchors);
-    if (!valid) return valid;
+    if (sys::Status valid = validate(store, certificate.value()); !valid) return valid;
     *isValid = 1;
     return sys::success();
   });

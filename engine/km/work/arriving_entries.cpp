@@ -1,6 +1,7 @@
-#include "engine/km/work/issuer_entries.h"
+#include "engine/km/work/arriving_entries.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "engine/cms/certificates.h"
 #include "engine/km/store/new_labels.h"
@@ -13,14 +14,9 @@ sys::Status addIfNew(Store& home, const sys::Bytes& certificate) {
   const sys::Result<bool> isThere = hasCertificate(home, certificate);
   if (!isThere) return isThere.failure();
   if (isThere.value()) return sys::success();
-  const sys::Result<Label> wanted = labelForCertificate(certificate);
-  if (!wanted) return wanted.failure();
-  const sys::Result<Label> label = freeKeyLabel(home, wanted.value());
-  if (!label) return label.failure();
   KeyEntry entry;
-  entry.label = label.value();
   entry.certificate = certificate;
-  return home.insertKey(entry);
+  return insertNamed(home, "", std::move(entry));
 }
 
 }  // namespace
@@ -33,6 +29,15 @@ sys::Result<bool> hasCertificate(Store& store, const sys::Bytes& certificate) {
   if (!entries) return entries.failure();
   return std::any_of(entries.value().begin(), entries.value().end(),
                      [&](const KeyEntry& entry) { return entry.certificate == certificate; });
+}
+
+sys::Status insertNamed(Store& store, const std::string& name, KeyEntry entry) {
+  const sys::Result<Label> wanted = wantedLabel(name, entry.certificate);
+  if (!wanted) return wanted.failure();
+  sys::Result<Label> label = freeKeyLabel(store, wanted.value());
+  if (!label) return label.failure();
+  entry.label = std::move(label).value();
+  return store.insertKey(entry);
 }
 
 sys::Status addIssuer(Store& store, const sys::Bytes& certificate) {
