@@ -1,11 +1,13 @@
+// Lists of labels.
+
 #include <vector>
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/face/label_list.h"
 #include "engine/km/face/operation.h"
 
-using namespace zel;      // NOLINT(google-build-using-namespace)
-using namespace zel::km;  // NOLINT(google-build-using-namespace)
+using namespace zel;
+using namespace zel::km;
 
 namespace {
 

@@ -1,3 +1,5 @@
+// The library as a whole: its beginning and end, its trace, its cryptography.
+
 #include <set>
 
 #include "bridge/kmlib/zelkm.h"
@@ -12,8 +14,8 @@
 #include "engine/sys/password.h"
 #include "engine/sys/trace.h"
 
-using namespace zel;      // NOLINT(google-build-using-namespace)
-using namespace zel::km;  // NOLINT(google-build-using-namespace)
+using namespace zel;
+using namespace zel::km;
 
 namespace {
 

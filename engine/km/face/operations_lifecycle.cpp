@@ -1,10 +1,14 @@
+// Stores made, opened and closed.
+
 #include <memory>
-#include <string>
+#include <optional>
 #include <utility>
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/certstore/certificate_store.h"
+#include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/handle_table.h"
+#include "engine/km/face/locators.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/creation.h"
 #include "engine/km/keydb/key_database.h"
@@ -12,8 +16,8 @@
 #include "engine/sys/file_name.h"
 #include "engine/sys/password.h"
 
-using namespace zel;      // NOLINT(google-build-using-namespace)
-using namespace zel::km;  // NOLINT(google-build-using-namespace)
+using namespace zel;
+using namespace zel::km;
 
 namespace {
 
@@ -25,7 +29,7 @@ sys::Status handOut(sys::Result<std::unique_ptr<Store>> store, int* handle) {
 
 sys::Status create(const char* fileName, const char* password, const NewDatabase& settings,
                    int* handle) {
-  if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  if (sys::Status output = requireOutput(handle); !output) return output;
   sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
   sys::Result<sys::Password> given = sys::Password::given(password);
@@ -34,12 +38,23 @@ sys::Status create(const char* fileName, const char* password, const NewDatabase
 }
 
 sys::Status open(const char* fileName, const char* password, int* handle) {
-  if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  if (sys::Status output = requireOutput(handle); !output) return output;
   sys::Result<sys::FileName> name = sys::FileName::given(fileName);
   if (!name) return name.failure();
   sys::Result<std::optional<sys::Password>> given = sys::Password::givenOrKept(password);
   if (!given) return given.failure();
   return handOut(KeyDatabase::open(name.value(), given.value()), handle);
+}
+
+sys::Status openToken(const KeyDbLocator& locator, int* handle) {
+  if (sys::Status output = requireOutput(handle); !output) return output;
+  return handOut(token::TokenStore::open(locator.moduleName, locator.tokenLabel, locator.password),
+                 handle);
+}
+
+sys::Status openCertificateStore(const KeyDbLocator& locator, int* handle) {
+  if (sys::Status output = requireOutput(handle); !output) return output;
+  return handOut(certstore::CertificateStore::open(locator.tokenLabel, locator.password), handle);
 }
 
 }  // namespace
@@ -63,25 +78,11 @@ int ZELKM_OpenKeyDb(const char* fileName, const char* password, int* handle) {
 }
 
 int ZELKM_OpenKeyDbX(const KeyDbLocator* locator, int* handle) {
-  return answering(__func__, [&]() -> sys::Status {
-    if (locator == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-    switch (locator->type) {
-      case KEYDB_LOCATOR_KEY_DATABASE:
-        return open(locator->fileName, locator->password, handle);
-      case KEYDB_LOCATOR_TOKEN:
-        if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-        return handOut(
-            token::TokenStore::open(locator->moduleName, locator->tokenLabel, locator->password),
-            handle);
-      case KEYDB_LOCATOR_CERTIFICATE_STORE:
-        if (handle == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-        return handOut(certstore::CertificateStore::open(locator->tokenLabel, locator->password),
-                       handle);
-      case KEYDB_LOCATOR_WEBDB:
-        return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
-      default:
-        return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
-    }
+  return answering(__func__, [&] {
+    return atLocator(
+        locator, {.keyDatabase = [&] { return open(locator->fileName, locator->password, handle); },
+                  .token = [&] { return openToken(*locator, handle); },
+                  .certificateStore = [&] { return openCertificateStore(*locator, handle); }});
   });
 }
 

@@ -1,9 +1,9 @@
+// The library's allocator is the C library's: whoever receives a block may release it with either.
+
 #include <cstdlib>
 #include <cstring>
 
 #include "bridge/kmlib/zelkm.h"
-
-// The library's allocator is the C library's: whoever receives a block may release it with either.
 
 void* ZELKM_Malloc(size_t size) { return std::malloc(size); }
 

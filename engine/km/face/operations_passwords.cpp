@@ -1,15 +1,19 @@
-#include <string>
+// The passwords of stores: asked for, changed, and kept beside a key database.
+
+#include <optional>
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/certstore/store_folder.h"
+#include "engine/km/face/entry_arguments.h"
+#include "engine/km/face/locators.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/passwords.h"
 #include "engine/km/token/token_access.h"
 #include "engine/sys/file_name.h"
 #include "engine/sys/password.h"
 
-using namespace zel;      // NOLINT(google-build-using-namespace)
-using namespace zel::km;  // NOLINT(google-build-using-namespace)
+using namespace zel;
+using namespace zel::km;
 
 namespace {
 
@@ -76,21 +80,17 @@ int ZELKM_ChangeKeyDbPwd(const char* fileName, const char* oldPassword, const ch
 }
 
 int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator) {
-  return answering(__func__, [&]() -> sys::Status {
-    if (locator == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-    switch (locator->type) {
-      case KEYDB_LOCATOR_KEY_DATABASE:
-        return change(locator->fileName, locator->password, locator->newPassword, 0);
-      case KEYDB_LOCATOR_TOKEN:
-        return token::changeTokenPin(locator->moduleName, locator->tokenLabel, locator->password,
-                                     locator->newPassword);
-      case KEYDB_LOCATOR_CERTIFICATE_STORE:
-        return changeStore(*locator);
-      case KEYDB_LOCATOR_WEBDB:
-        return sys::Failure{ZELKM_ERR_UNSUPPORTED_OPTION};
-      default:
-        return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
-    }
+  return answering(__func__, [&] {
+    return atLocator(
+        locator,
+        {.keyDatabase =
+             [&] { return change(locator->fileName, locator->password, locator->newPassword, 0); },
+         .token =
+             [&] {
+               return token::changeTokenPin(locator->moduleName, locator->tokenLabel,
+                                            locator->password, locator->newPassword);
+             },
+         .certificateStore = [&] { return changeStore(*locator); }});
   });
 }
 
@@ -100,17 +100,11 @@ int ZELKM_StashKeyDbPwd(const char* fileName, const char* password) {
 
 int ZELKM_IsPasswordRequired(const KeyDbLocator* locator, unsigned char* required) {
   return answering(__func__, [&]() -> sys::Status {
-    if (locator == nullptr || required == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-    switch (locator->type) {
-      case KEYDB_LOCATOR_KEY_DATABASE:
-      case KEYDB_LOCATOR_WEBDB:  // the same files, asked for by another Java class
-        return askFile(locator->fileName, required);
-      case KEYDB_LOCATOR_TOKEN:
-        return askToken(*locator, required);
-      case KEYDB_LOCATOR_CERTIFICATE_STORE:
-        return askStore(*locator, required);
-      default:
-        return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
-    }
+    if (sys::Status given = requireOutput(required); !given) return given;
+    const auto askDatabase = [&] { return askFile(locator->fileName, required); };
+    return atLocator(locator, {.keyDatabase = askDatabase,
+                               .token = [&] { return askToken(*locator, required); },
+                               .certificateStore = [&] { return askStore(*locator, required); },
+                               .webDatabase = askDatabase});
   });
 }

@@ -1,3 +1,5 @@
+// Releasing what other operations have handed out.
+
 #include <openssl/crypto.h>
 
 #include <cstdlib>

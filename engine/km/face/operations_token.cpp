@@ -1,3 +1,5 @@
+// What only tokens have: a list of them, and the key database that one is lent.
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -10,8 +12,8 @@
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_store.h"
 
-using namespace zel;      // NOLINT(google-build-using-namespace)
-using namespace zel::km;  // NOLINT(google-build-using-namespace)
+using namespace zel;
+using namespace zel::km;
 
 namespace {
 
