@@ -56,6 +56,11 @@ CommandResult run(const std::string& command);
 /** A text as bytes, to be given where passwords and files are. */
 inline sys::ByteView text(std::string_view content) { return sys::bytesOf(content); }
 
+/** `Extensions` with one: basicConstraints, critical, CA true. */
+inline const sys::Bytes kAuthorityRights = {0x30, 0x11, 0x30, 0x0F, 0x06, 0x03, 0x55,
+                                            0x1D, 0x13, 0x01, 0x01, 0xFF, 0x04, 0x05,
+                                            0x30, 0x03, 0x01, 0x01, 0xFF};
+
 /** A key pair with the certificates that it can sign. */
 class TestAuthority {
  public:

@@ -6,10 +6,6 @@
 namespace zel::km {
 namespace {
 
-/** `Extensions` with one: basicConstraints, critical, CA true. */
-const sys::Bytes kAuthority = {0x30, 0x11, 0x30, 0x0F, 0x06, 0x03, 0x55, 0x1D, 0x13, 0x01,
-                               0x01, 0xFF, 0x04, 0x05, 0x30, 0x03, 0x01, 0x01, 0xFF};
-
 /** Chains made by the engine itself, because strict validation wants every identifier in place. */
 class ChainValidation : public DatabaseTest {
  protected:
@@ -53,8 +49,8 @@ TEST_F(ChainValidation, EndsNowhereElse) {
 
 TEST_F(ChainValidation, GoesThroughIssuersThatAreNotTrusted) {
   ASSERT_EQ(ZELKM_CreateNewCertReqSigExt(
-                handle(), "middle", 256, name("middle").get(), 1, kAuthority.data(),
-                static_cast<std::uint32_t>(kAuthority.size()), nullptr, 0, 0),
+                handle(), "middle", 256, name("middle").get(), 1, cms::kAuthorityRights.data(),
+                static_cast<std::uint32_t>(cms::kAuthorityRights.size()), nullptr, 0, 0),
             ZELKM_OK);
   ZELKMReqKeyItem* request = nullptr;
   ASSERT_EQ(ZELKM_GetReqKeyItemByLabel(handle(), "middle", &request), ZELKM_OK);
