@@ -161,7 +161,7 @@ sys::Status CertificateStore::requireNew(const sys::Bytes& certificate) const {
 
 sys::Status CertificateStore::insertKey(const KeyEntry& entry) {
   if (sys::Status good = checkEntry(entry); !good) return good;
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     if (sys::Status looked = refresh(); !looked) return looked;
     if (inventory_.find(entry.label) != nullptr) {
       return sys::fail(ZELKM_ERR_DATABASE_DUPLICATE_KEY_LABEL, "the label \"%s\" is in use",
@@ -176,7 +176,7 @@ sys::Status CertificateStore::insertRequest(const RequestEntry& /*entry*/) { ret
 
 sys::Status CertificateStore::replaceKey(const KeyEntry& entry) {
   if (sys::Status good = checkEntry(entry); !good) return good;
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     const sys::Result<StoredEntry> old = lookUpAlone(entry.label);
     if (!old) return old.failure();
     const StoredEntry& replaced = old.value();
@@ -197,7 +197,7 @@ sys::Status CertificateStore::replaceRequest(const RequestEntry& entry) {
 sys::Status CertificateStore::removeKey(const Label& label) {
   // Looked for before anything is made: a store that was never written to has no folder.
   if (const sys::Result<StoredEntry> found = lookUp(label); !found) return found.failure();
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     const sys::Result<StoredEntry> found = lookUpAlone(label);
     if (!found) return found.failure();
     changes_.doom(found.value().fileName);
@@ -217,11 +217,11 @@ sys::Status CertificateStore::setTrusted(const Label& label, bool trusted) {
                    "certificates are trusted for lying in CurrentUser/Root");
 }
 
-sys::Status CertificateStore::inTransaction(const std::function<sys::Status()>& body) {
-  if (changes_.underWay()) return body();
+sys::Status CertificateStore::runChanges(const Run& run) {
+  if (changes_.underWay()) return run();
   if (sys::Status begun = changes_.begin(); !begun) return begun;
   try {
-    if (sys::Status done = body(); !done) {
+    if (sys::Status done = run(); !done) {
       changes_.rollBack();
       return done;
     }
@@ -230,15 +230,6 @@ sys::Status CertificateStore::inTransaction(const std::function<sys::Status()>& 
     throw;
   }
   return changes_.commit();
-}
-
-sys::Result<GeneratedKey> CertificateStore::generateKey(int keySize) {
-  return generateKeyPair(keySize, approvedOnly());
-}
-
-sys::Result<sys::Bytes> CertificateStore::sign(const PrivateKey& key, SigningDigest digest,
-                                               sys::ByteView message) {
-  return signWith(key, digest, message);
 }
 
 bool CertificateStore::approvedOnly() const { return approvedMode(); }

@@ -8,7 +8,7 @@
 
 #include "engine/km/certstore/changes.h"
 #include "engine/km/certstore/inventory.h"
-#include "engine/km/store/store.h"
+#include "engine/km/store/pkcs8_store.h"
 
 /**
  * @file
@@ -21,7 +21,7 @@
 
 namespace zel::km::certstore {
 
-class CertificateStore final : public Store {
+class CertificateStore final : public Pkcs8Store {
  public:
   /**
    * Opens a store; name and password as the C interface has them, the password may be null.
@@ -50,11 +50,8 @@ class CertificateStore final : public Store {
   sys::Status removeRequest(const Label& label) override;
   sys::Status setDefault(const Label& label) override;
   sys::Status setTrusted(const Label& label, bool trusted) override;
-  sys::Status inTransaction(const std::function<sys::Status()>& body) override;
+  sys::Status runChanges(const Run& run) override;
 
-  sys::Result<GeneratedKey> generateKey(int keySize) override;
-  sys::Result<sys::Bytes> sign(const PrivateKey& key, SigningDigest digest,
-                               sys::ByteView message) override;
   bool approvedOnly() const override;
   /** Under the empty password. */
   sys::Result<sys::Bytes> encryptedPrivateKey(const PrivateKey& key) override;

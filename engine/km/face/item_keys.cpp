@@ -54,7 +54,7 @@ EpkiItemPtr handOutEpki(sys::ByteView encrypted) {
   return epki;
 }
 
-sys::Result<EpkiItemPtr> handOutEncryptedKey(Store& store, const PrivateKey& key) {
+sys::Result<EpkiItemPtr> handOutEncryptedKey(PrivateKeys& store, const PrivateKey& key) {
   if (key.pkcs8.empty()) return EpkiItemPtr();
   const sys::Result<sys::Bytes> encrypted = store.encryptedPrivateKey(key);
   if (!encrypted) return encrypted.failure();

@@ -25,7 +25,7 @@ sys::Result<KeyItemPtr> handOutKey(Store& store, const KeyEntry& entry);
 sys::Result<KeyItemListPtr> handOutKeys(Store& store, const std::vector<KeyEntry>& entries);
 
 /** A private key as the store encrypts it; null when it does not leave the store. */
-sys::Result<EpkiItemPtr> handOutEncryptedKey(Store& store, const PrivateKey& key);
+sys::Result<EpkiItemPtr> handOutEncryptedKey(PrivateKeys& store, const PrivateKey& key);
 
 /** Encrypted bytes as a record. */
 EpkiItemPtr handOutEpki(sys::ByteView encrypted);

@@ -42,7 +42,7 @@ void fillRequest(ZELKMReqKeyItem& item, const sys::Bytes& der, const cms::Reques
 
 }  // namespace
 
-sys::Result<ReqKeyItemPtr> handOutRequest(Store& store, const RequestEntry& entry) {
+sys::Result<ReqKeyItemPtr> handOutRequest(PrivateKeys& store, const RequestEntry& entry) {
   const sys::Result<cms::RequestFields> read = cms::readRequest(entry.request);
   if (!read) return read.failure();
   const cms::RequestFields& fields = read.value();

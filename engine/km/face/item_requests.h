@@ -8,7 +8,7 @@
 namespace zel::km {
 
 /** handOutRequest answers a pending request with its key as a record of the C interface. */
-sys::Result<ReqKeyItemPtr> handOutRequest(Store& store, const RequestEntry& entry);
+sys::Result<ReqKeyItemPtr> handOutRequest(PrivateKeys& store, const RequestEntry& entry);
 
 }  // namespace zel::km
 

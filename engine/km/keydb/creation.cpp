@@ -96,7 +96,7 @@ sys::Status fillWithEntries(sys::Result<UnlockedFile> file,
   if (!file) return file.failure();
   sys::Result<std::unique_ptr<Store>> store = KeyDatabase::of(std::move(file.value()));
   if (!store) return store.failure();
-  return store.value()->inTransaction([&] { return fill(*store.value()); });
+  return inTransaction(*store.value(), [&] { return fill(*store.value()); });
 }
 
 }  // namespace

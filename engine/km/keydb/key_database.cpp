@@ -226,21 +226,12 @@ sys::Status KeyDatabase::setTrusted(const Label& label, bool trusted) {
   });
 }
 
-sys::Status KeyDatabase::inTransaction(const std::function<sys::Status()>& body) {
-  return writing([&](Connection&, Records&) { return body(); });
+sys::Status KeyDatabase::runChanges(const Run& run) {
+  return writing([&](Connection&, Records&) { return run(); });
 }
 
-sys::Status KeyDatabase::inSnapshot(const std::function<sys::Status()>& body) {
-  return reading([&](Connection&, Records&) { return body(); });
-}
-
-sys::Result<GeneratedKey> KeyDatabase::generateKey(int keySize) {
-  return generateKeyPair(keySize, approvedOnly());
-}
-
-sys::Result<sys::Bytes> KeyDatabase::sign(const PrivateKey& key, SigningDigest digest,
-                                          sys::ByteView message) {
-  return signWith(key, digest, message);
+sys::Status KeyDatabase::runReading(const Run& run) {
+  return reading([&](Connection&, Records&) { return run(); });
 }
 
 bool KeyDatabase::approvedOnly() const { return file_->approvedOnly() || approvedMode(); }

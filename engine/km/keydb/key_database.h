@@ -10,7 +10,7 @@
 #include "engine/km/keydb/database_file.h"
 #include "engine/km/keydb/opening.h"
 #include "engine/km/keydb/records.h"
-#include "engine/km/store/store.h"
+#include "engine/km/store/pkcs8_store.h"
 
 /**
  * @file
@@ -20,7 +20,7 @@
 namespace zel::km {
 
 /** A KeyDatabase is the store of a key database file (locator type 1). */
-class KeyDatabase final : public Store {
+class KeyDatabase final : public Pkcs8Store {
  public:
   /**
    * opening.h tells the codes; besides, ZELKM_ERR_PASSWORD_EXPIRATION_TIME (70) when the right
@@ -51,12 +51,9 @@ class KeyDatabase final : public Store {
   sys::Status removeRequest(const Label& label) override;
   sys::Status setDefault(const Label& label) override;
   sys::Status setTrusted(const Label& label, bool trusted) override;
-  sys::Status inTransaction(const std::function<sys::Status()>& body) override;
-  sys::Status inSnapshot(const std::function<sys::Status()>& body) override;
+  sys::Status runChanges(const Run& run) override;
+  sys::Status runReading(const Run& run) override;
 
-  sys::Result<GeneratedKey> generateKey(int keySize) override;
-  sys::Result<sys::Bytes> sign(const PrivateKey& key, SigningDigest digest,
-                               sys::ByteView message) override;
   bool approvedOnly() const override;
   sys::Result<sys::Bytes> encryptedPrivateKey(const PrivateKey& key) override;
   sys::Result<sys::SecretBytes> decryptedPrivateKey(sys::ByteView encrypted) override;

@@ -6,7 +6,7 @@
 
 namespace zel::km {
 
-sys::Result<PrivateKey> takePrivateKey(Store& store, sys::ByteView bytes) {
+sys::Result<PrivateKey> takePrivateKey(PrivateKeys& store, sys::ByteView bytes) {
   sys::SecretBytes decrypted;
   if (cms::isEncryptedPrivateKey(bytes)) {
     sys::Result<sys::SecretBytes> opened = store.decryptedPrivateKey(bytes);
@@ -60,7 +60,7 @@ sys::Result<sys::Bytes> signWith(const PrivateKey& key, SigningDigest digest,
   return cms::signMessage(*signer.value(), digest, message);
 }
 
-cms::Signer signerOf(Store& store, const PrivateKey& key) {
+cms::Signer signerOf(PrivateKeys& store, const PrivateKey& key) {
   return [&store, &key](SigningDigest digest, sys::ByteView message) {
     return store.sign(key, digest, message);
   };

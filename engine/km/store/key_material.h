@@ -3,7 +3,7 @@
 
 #include "engine/cms/keys.h"
 #include "engine/cms/signing.h"
-#include "engine/km/store/store.h"
+#include "engine/km/store/private_keys.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -19,7 +19,7 @@ namespace zel::km {
  * under the store's password, or traditional RSA or EC. The codes of cms::readPrivateKey and of
  * Store::decryptedPrivateKey.
  */
-sys::Result<PrivateKey> takePrivateKey(Store& store, sys::ByteView bytes);
+sys::Result<PrivateKey> takePrivateKey(PrivateKeys& store, sys::ByteView bytes);
 
 /** ZELKM_ERR_VALIDATION_KEY_PAIR (62) when the public key does not belong to the private key. */
 sys::Status requirePair(const PrivateKey& key, sys::ByteView publicKeyInfo);
@@ -38,7 +38,7 @@ sys::Result<sys::Bytes> signWith(const PrivateKey& key, SigningDigest digest,
                                  sys::ByteView message);
 
 /** A signer with a key of the store; both must outlive it. */
-cms::Signer signerOf(Store& store, const PrivateKey& key);
+cms::Signer signerOf(PrivateKeys& store, const PrivateKey& key);
 
 }  // namespace zel::km
 

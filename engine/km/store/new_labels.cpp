@@ -26,7 +26,7 @@ sys::Result<Label> wantedLabel(const std::string& name, sys::ByteView certificat
   return Label::ofName(name);
 }
 
-sys::Result<Label> freeKeyLabel(Store& store, const Label& wanted) {
+sys::Result<Label> freeKeyLabel(KeyEntries& store, const Label& wanted) {
   const sys::Result<KeyEntry> holder = store.findKey(wanted);
   if (holder.code() == ZELKM_ERR_KEY_GET_BY_LABEL) return wanted;
   if (!holder) return holder.failure();

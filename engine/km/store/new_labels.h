@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "engine/km/store/store.h"
+#include "engine/km/store/key_entries.h"
 #include "engine/sys/bytes.h"
 #include "engine/sys/result.h"
 
@@ -28,7 +28,7 @@ std::string nameOfUnlabelled(sys::ByteView certificate);
 sys::Result<Label> wantedLabel(const std::string& name, sys::ByteView certificate);
 
 /** The label, numbered when a key of the store has it. */
-sys::Result<Label> freeKeyLabel(Store& store, const Label& wanted);
+sys::Result<Label> freeKeyLabel(KeyEntries& store, const Label& wanted);
 
 }  // namespace zel::km
 

@@ -172,7 +172,7 @@ sys::Result<RequestEntry> TokenStore::requestEntry(const PendingEntry& pending) 
 
 sys::Status TokenStore::insertKey(const KeyEntry& entry) {
   if (entry.isDefault) return noDefaultKey();
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     if (all.value().certificate(entry.label) != nullptr) {
@@ -184,7 +184,7 @@ sys::Status TokenStore::insertKey(const KeyEntry& entry) {
 }
 
 sys::Status TokenStore::insertRequest(const RequestEntry& entry) {
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     if (all.value().request(entry.label) != nullptr) {
@@ -197,7 +197,7 @@ sys::Status TokenStore::insertRequest(const RequestEntry& entry) {
 
 sys::Status TokenStore::replaceKey(const KeyEntry& entry) {
   if (entry.isDefault) return noDefaultKey();
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     const CertificateEntry* old = all.value().certificate(entry.label);
@@ -207,7 +207,7 @@ sys::Status TokenStore::replaceKey(const KeyEntry& entry) {
 }
 
 sys::Status TokenStore::replaceRequest(const RequestEntry& entry) {
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     const PendingEntry* old = all.value().request(entry.label);
@@ -220,7 +220,7 @@ sys::Status TokenStore::replaceRequest(const RequestEntry& entry) {
 }
 
 sys::Status TokenStore::removeKey(const Label& label) {
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     const CertificateEntry* found = all.value().certificate(label);
@@ -230,7 +230,7 @@ sys::Status TokenStore::removeKey(const Label& label) {
 }
 
 sys::Status TokenStore::removeRequest(const Label& label) {
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     const PendingEntry* found = all.value().request(label);
@@ -242,7 +242,7 @@ sys::Status TokenStore::removeRequest(const Label& label) {
 sys::Status TokenStore::setDefault(const Label& /*label*/) { return noDefaultKey(); }
 
 sys::Status TokenStore::setTrusted(const Label& label, bool trusted) {
-  return inTransaction([&]() -> sys::Status {
+  return inTransaction(*this, [&]() -> sys::Status {
     sys::Result<Inventory> all = inventory();
     if (!all) return all.failure();
     const CertificateEntry* found = all.value().certificate(label);
@@ -251,12 +251,12 @@ sys::Status TokenStore::setTrusted(const Label& label, bool trusted) {
   });
 }
 
-sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) {
+sys::Status TokenStore::runChanges(const Run& run) {
   const CallTurn turn;  // what others would see in between is half an entry
-  if (changes_.underWay()) return body();
+  if (changes_.underWay()) return run();
   changes_.begin();
   try {
-    sys::Status done = !secondary_ ? body() : withSecondary(body);
+    sys::Status done = !secondary_ ? run() : withSecondary(run);
     if (!done) {
       takeBack();
       return done;
@@ -278,7 +278,7 @@ sys::Status TokenStore::onSignerStore(const std::function<sys::Status(Store&)>& 
 sys::Status TokenStore::withSecondary(const std::function<sys::Status()>& body) {
   return onSecondary([&](Store& secondary) -> sys::Status {
     secondaryInUse_ = &secondary;
-    return secondary.inTransaction(body);
+    return inTransaction(secondary, body);
   });
 }
 
@@ -290,7 +290,7 @@ void TokenStore::takeBack() {
 
 sys::Result<GeneratedKey> TokenStore::generateKey(int keySize) {
   sys::Result<GeneratedKey> key = sys::Failure{ZELKM_ERR_UNKNOWN};
-  sys::Status status = inTransaction([&]() -> sys::Status {
+  sys::Status status = inTransaction(*this, [&]() -> sys::Status {
     key = writer_.generateKey(keySize);
     return key ? sys::success() : sys::Status(key.failure());
   });

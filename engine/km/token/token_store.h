@@ -60,7 +60,7 @@ class TokenStore final : public Store {
   sys::Status removeRequest(const Label& label) override;
   sys::Status setDefault(const Label& label) override;
   sys::Status setTrusted(const Label& label, bool trusted) override;
-  sys::Status inTransaction(const std::function<sys::Status()>& body) override;
+  sys::Status runChanges(const Run& run) override;
   sys::Status onSignerStore(const std::function<sys::Status(Store&)>& body) override;
 
   sys::Result<GeneratedKey> generateKey(int keySize) override;

@@ -21,7 +21,7 @@ sys::Status addIfNew(Store& home, const sys::Bytes& certificate) {
 
 }  // namespace
 
-sys::Result<bool> hasCertificate(Store& store, const sys::Bytes& certificate) {
+sys::Result<bool> hasCertificate(KeyEntries& store, const sys::Bytes& certificate) {
   const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
   if (!keys) return keys.failure();
   const sys::Result<std::vector<KeyEntry>> entries =

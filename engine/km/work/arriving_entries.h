@@ -16,7 +16,7 @@
 namespace zel::km {
 
 /** Whether an entry of the store has this very certificate. */
-sys::Result<bool> hasCertificate(Store& store, const sys::Bytes& certificate);
+sys::Result<bool> hasCertificate(KeyEntries& store, const sys::Bytes& certificate);
 
 /**
  * insertNamed inserts an entry under a label made of its name (real UTF-8), or of its subject when

@@ -6,7 +6,7 @@
 
 namespace zel::km {
 
-sys::Result<std::vector<LabelledCertificate>> chainOf(Store& store, const KeyEntry& entry) {
+sys::Result<std::vector<LabelledCertificate>> chainOf(KeyEntries& store, const KeyEntry& entry) {
   std::map<sys::Bytes, Label> labels;
   const auto lookUp = [&](sys::ByteView subject) -> sys::Result<std::vector<sys::Bytes>> {
     const sys::Result<std::vector<KeyEntry>> entries = store.findKeysBySubject(subject);

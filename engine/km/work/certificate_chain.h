@@ -12,7 +12,7 @@ namespace zel::km {
  * chainOf answers the entry's certificate and its issuers as far as the store has them, each with
  * the label of its entry (cms/chains.h tells which issuers count).
  */
-sys::Result<std::vector<LabelledCertificate>> chainOf(Store& store, const KeyEntry& entry);
+sys::Result<std::vector<LabelledCertificate>> chainOf(KeyEntries& store, const KeyEntry& entry);
 
 }  // namespace zel::km
 

@@ -28,7 +28,7 @@ sys::Status writeRequest(const sys::FileName& fileName, sys::ByteView request) {
   return writePemFile(fileName, cms::kRequestArmour, request);
 }
 
-sys::Status exportCertificate(Store& store, const Label& label, const CertificateFile& file) {
+sys::Status exportCertificate(KeyEntries& store, const Label& label, const CertificateFile& file) {
   const sys::Result<KeyEntry> entry = store.findKey(label);
   if (!entry) return entry.failure();
   return writeCertificate(file, entry.value().certificate);

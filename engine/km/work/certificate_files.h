@@ -29,7 +29,7 @@ sys::Status writeCertificate(const CertificateFile& file, sys::ByteView certific
 sys::Status writeRequest(const sys::FileName& fileName, sys::ByteView request);
 
 /** Writes the certificate of an entry. */
-sys::Status exportCertificate(Store& store, const Label& label, const CertificateFile& file);
+sys::Status exportCertificate(KeyEntries& store, const Label& label, const CertificateFile& file);
 
 }  // namespace zel::km
 

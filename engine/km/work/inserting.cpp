@@ -11,7 +11,7 @@ namespace zel::km {
 namespace {
 
 /** The key of an entry that is put in, checked against its certificate or request. */
-sys::Result<PrivateKey> matchingKey(Store& store, sys::ByteView keyBytes,
+sys::Result<PrivateKey> matchingKey(PrivateKeys& store, sys::ByteView keyBytes,
                                     sys::ByteView publicKeyInfo) {
   sys::Result<PrivateKey> key = takePrivateKey(store, keyBytes);
   if (!key) return key;
@@ -54,7 +54,7 @@ sys::Status insertRequest(Store& store, const RequestParts& parts) {
   return store.insertRequest(entry);
 }
 
-sys::Status makeDefault(Store& store, const Label& label) {
+sys::Status makeDefault(KeyEntries& store, const Label& label) {
   const sys::Result<KeyEntry> entry = store.findKey(label);
   if (!entry) return entry.failure();
   if (sys::Status hasKey = requirePrivateKey(entry.value()); !hasKey) return hasKey;

@@ -36,7 +36,7 @@ struct RequestParts {
 sys::Status insertRequest(Store& store, const RequestParts& parts);
 
 /** ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL (111) when the entry has no private key. */
-sys::Status makeDefault(Store& store, const Label& label);
+sys::Status makeDefault(KeyEntries& store, const Label& label);
 
 }  // namespace zel::km
 

@@ -20,7 +20,7 @@ namespace {
 /** What is read can be written again, and the other way. */
 constexpr std::size_t kMostKeyRingBytes = 1UL << 30;
 
-sys::Status addEntries(Store& store, cms::KeyRing& ring) {
+sys::Status addEntries(KeyEntries& store, cms::KeyRing& ring) {
   const sys::Result<std::vector<Label>> labels = store.keyLabels();
   if (!labels) return labels.failure();
   for (const Label& label : labels.value()) {
@@ -36,7 +36,7 @@ sys::Status addEntries(Store& store, cms::KeyRing& ring) {
   return sys::success();
 }
 
-sys::Status addRequests(Store& store, cms::KeyRing& ring) {
+sys::Status addRequests(RequestEntries& store, cms::KeyRing& ring) {
   const sys::Result<std::vector<Label>> labels = store.requestLabels();
   if (!labels) return labels.failure();
   for (const Label& label : labels.value()) {
@@ -50,13 +50,13 @@ sys::Status addRequests(Store& store, cms::KeyRing& ring) {
 }
 
 sys::Result<cms::KeyRing> keyRingOf(Store& store) {
-  cms::KeyRing ring;
-  const sys::Status read = store.inSnapshot([&]() -> sys::Status {
-    const sys::Status added = addEntries(store, ring);
-    return added ? addRequests(store, ring) : added;
+  return inSnapshot(store, [&]() -> sys::Result<cms::KeyRing> {
+    cms::KeyRing ring;
+    sys::Status added = addEntries(store, ring);
+    if (added) added = addRequests(store, ring);
+    if (!added) return added.failure();
+    return ring;
   });
-  if (!read) return read.failure();
-  return ring;
 }
 
 sys::Status insertEntry(Store& store, cms::KeyRingEntry& entry) {

@@ -73,7 +73,7 @@ sys::Status importPfx(Store& store, const sys::FileName& file, const sys::Passwo
   sys::Result<std::vector<cms::Pkcs12Entry>> entries =
       cms::readPkcs12(pfx.value(), password.bytes());
   if (!entries) return entries.failure();
-  return store.inTransaction([&]() -> sys::Status {
+  return inTransaction(store, [&]() -> sys::Status {
     for (cms::Pkcs12Entry& entry : entries.value()) {
       if (sys::Status done = addEntry(store, entry); !done) return done;
     }

@@ -20,7 +20,7 @@ struct Answered {
   RequestEntry request;
 };
 
-sys::Result<Answered> findAnswered(Store& store, const std::vector<sys::Bytes>& bundle) {
+sys::Result<Answered> findAnswered(RequestEntries& store, const std::vector<sys::Bytes>& bundle) {
   for (const sys::Bytes& certificate : bundle) {
     const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
     if (!keys) return keys.failure();
@@ -67,7 +67,7 @@ sys::Status receive(Store& store, sys::ByteView bundle, bool makeDefault) {
   entry.certificate = std::move(answered.value().certificate);
   entry.privateKey = std::move(answered.value().request.privateKey);
   entry.isDefault = makeDefault;
-  return store.inTransaction([&]() -> sys::Status {
+  return inTransaction(store, [&]() -> sys::Status {
     if (sys::Status done = store.removeRequest(entry.label); !done) return done;
     if (sys::Status done = store.insertKey(entry); !done) return done;
     for (const sys::Bytes& issuer : issuers.value()) {
@@ -77,7 +77,7 @@ sys::Status receive(Store& store, sys::ByteView bundle, bool makeDefault) {
   });
 }
 
-sys::Status storeAuthority(Store& store, const Label& label, sys::ByteView certificate) {
+sys::Status storeAuthority(KeyEntries& store, const Label& label, sys::ByteView certificate) {
   const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
   if (!keys) return keys.failure();
   KeyEntry entry;

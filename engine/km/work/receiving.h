@@ -23,7 +23,7 @@ namespace zel::km {
 sys::Status receive(Store& store, sys::ByteView bundle, bool makeDefault);
 
 /** Keeps the certificate (DER) of an authority that is trusted from now on. */
-sys::Status storeAuthority(Store& store, const Label& label, sys::ByteView certificate);
+sys::Status storeAuthority(KeyEntries& store, const Label& label, sys::ByteView certificate);
 
 }  // namespace zel::km
 

@@ -12,7 +12,7 @@ namespace zel::km {
 namespace {
 
 /** The entries of the certificate's subject and key. */
-sys::Result<std::vector<KeyEntry>> namesakes(Store& store, sys::ByteView certificate) {
+sys::Result<std::vector<KeyEntry>> namesakes(KeyEntries& store, sys::ByteView certificate) {
   const sys::Result<cms::CertificateKeys> wanted = cms::readCertificateKeys(certificate);
   if (!wanted) return wanted.failure();
   sys::Result<std::vector<KeyEntry>> found =
@@ -28,7 +28,7 @@ sys::Result<std::vector<KeyEntry>> namesakes(Store& store, sys::ByteView certifi
 }
 
 /** The entries that the certificate renews; the codes of renew when there is none. */
-sys::Result<std::vector<KeyEntry>> findRenewed(Store& store, sys::ByteView certificate) {
+sys::Result<std::vector<KeyEntry>> findRenewed(KeyEntries& store, sys::ByteView certificate) {
   const sys::Result<cms::CertificateFields> fields = cms::readCertificate(certificate);
   if (!fields) return fields.failure();
   sys::Result<std::vector<KeyEntry>> same = namesakes(store, certificate);
@@ -53,7 +53,7 @@ sys::Result<std::vector<KeyEntry>> findRenewed(Store& store, sys::ByteView certi
 
 }  // namespace
 
-sys::Result<bool> isRenewal(Store& store, sys::ByteView certificate) {
+sys::Result<bool> isRenewal(KeyEntries& store, sys::ByteView certificate) {
   const sys::Result<std::vector<KeyEntry>> renewed = findRenewed(store, certificate);
   switch (renewed.code()) {
     case ZELKM_OK:
@@ -68,7 +68,7 @@ sys::Result<bool> isRenewal(Store& store, sys::ByteView certificate) {
 }
 
 sys::Status renew(Store& store, sys::ByteView certificate) {
-  return store.inTransaction([&]() -> sys::Status {
+  return inTransaction(store, [&]() -> sys::Status {
     sys::Result<std::vector<KeyEntry>> renewed = findRenewed(store, certificate);
     if (!renewed) return renewed.failure();
     for (KeyEntry& entry : renewed.value()) {

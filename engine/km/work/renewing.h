@@ -14,7 +14,7 @@
 namespace zel::km {
 
 /** Whether the certificate (DER) renews any entry. */
-sys::Result<bool> isRenewal(Store& store, sys::ByteView certificate);
+sys::Result<bool> isRenewal(KeyEntries& store, sys::ByteView certificate);
 
 /**
  * renew gives the certificate (DER) to all entries that it renews. When there is none:

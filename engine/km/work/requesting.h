@@ -46,7 +46,7 @@ sys::Status rewriteRequest(Store& store, const Label& label, const sys::FileName
  * as it was. The codes of cms::signRequestAgain and writeRequest.
  */
 sys::Status signRequestAnew(Store& store, const Label& label, cms::SignatureSelector signature,
-                          const sys::FileName& file);
+                            const sys::FileName& file);
 
 }  // namespace zel::km
 

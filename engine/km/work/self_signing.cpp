@@ -44,7 +44,7 @@ sys::Result<Label> defaultLabel(Store& store) {
 
 /** Takes an entry out again; the default mark goes back to the one that had it. */
 void takeBack(Store& store, const Label& label, const Label& previousDefault) {
-  const sys::Status taken = store.inTransaction([&]() -> sys::Status {
+  const sys::Status taken = inTransaction(store, [&]() -> sys::Status {
     if (sys::Status removed = store.removeKey(label); !removed) return removed;
     return previousDefault.empty() ? sys::success() : store.setDefault(previousDefault);
   });

@@ -17,7 +17,7 @@ struct Authorities {
 };
 
 /** Follows the issuers' names upwards; whose key did sign is the validation's affair. */
-sys::Result<Authorities> authoritiesAbove(Store& store, sys::ByteView certificate) {
+sys::Result<Authorities> authoritiesAbove(KeyEntries& store, sys::ByteView certificate) {
   Authorities found;
   std::set<sys::Bytes> namesSeen;
   std::vector<sys::Bytes> toFollow = {{certificate.begin(), certificate.end()}};
@@ -37,7 +37,7 @@ sys::Result<Authorities> authoritiesAbove(Store& store, sys::ByteView certificat
 }
 
 /** The certificate itself may be an anchor. */
-sys::Status addTrustedSelf(Store& store, sys::ByteView certificate, Authorities& authorities) {
+sys::Status addTrustedSelf(KeyEntries& store, sys::ByteView certificate, Authorities& authorities) {
   const sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate);
   if (!keys) return keys.failure();
   const sys::Result<std::vector<KeyEntry>> entries =
@@ -51,7 +51,7 @@ sys::Status addTrustedSelf(Store& store, sys::ByteView certificate, Authorities&
 
 }  // namespace
 
-sys::Status validate(Store& store, sys::ByteView certificate) {
+sys::Status validate(KeyEntries& store, sys::ByteView certificate) {
   sys::Result<Authorities> authorities = authoritiesAbove(store, certificate);
   if (!authorities) return authorities.failure();
   if (sys::Status done = addTrustedSelf(store, certificate, authorities.value()); !done) {

@@ -16,7 +16,7 @@ namespace zel::km {
  * validate looks for a way from a certificate (DER) to an entry that is trusted, which may be its
  * own, over the other entries of the store. The codes of cms::validateChain.
  */
-sys::Status validate(Store& store, sys::ByteView certificate);
+sys::Status validate(KeyEntries& store, sys::ByteView certificate);
 
 }  // namespace zel::km
 

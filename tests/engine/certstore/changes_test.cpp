@@ -32,7 +32,7 @@ class StoreChanges : public StoreTest {
 
 TEST_F(StoreChanges, StayWhenAllSucceed) {
   ASSERT_TRUE(store_->insertKey(entry("web", owner_)));
-  const sys::Status done = store_->inTransaction([&]() -> sys::Status {
+  const sys::Status done = inTransaction(*store_, [&]() -> sys::Status {
     EXPECT_TRUE(store_->removeKey("web"_label));
     EXPECT_THAT(store_->keyLabels().value(), IsEmpty());
     EXPECT_TRUE(store_->insertKey(entry("mail", other_)));
@@ -46,7 +46,7 @@ TEST_F(StoreChanges, StayWhenAllSucceed) {
 TEST_F(StoreChanges, AreAllTakenBackWhenOneFails) {
   ASSERT_TRUE(store_->insertKey(entry("web", owner_)));
   const std::vector<std::string> before = files();
-  const sys::Status done = store_->inTransaction([&]() -> sys::Status {
+  const sys::Status done = inTransaction(*store_, [&]() -> sys::Status {
     EXPECT_TRUE(store_->removeKey("web"_label));
     EXPECT_TRUE(store_->insertKey(entry("mail", other_)));
     return store_->insertKey(entry("mail", cms::TestAuthority("Third")));
@@ -58,7 +58,7 @@ TEST_F(StoreChanges, AreAllTakenBackWhenOneFails) {
 
 TEST_F(StoreChanges, AreTakenBackWhenSomethingIsThrown) {
   const auto insertAndThrow = [&] {
-    return store_->inTransaction([&]() -> sys::Status {
+    return inTransaction(*store_, [&]() -> sys::Status {
       EXPECT_TRUE(store_->insertKey(entry("web", owner_)));
       throw std::bad_alloc();
     });
@@ -85,7 +85,7 @@ TEST_F(StoreChanges, OfAnEntryAreTakenBackToo) {
   ASSERT_TRUE(store_->insertKey(entry("web", owner_)));
   KeyEntry withoutKey = entry("web", owner_);
   withoutKey.privateKey = {};
-  const sys::Status done = store_->inTransaction([&]() -> sys::Status {
+  const sys::Status done = inTransaction(*store_, [&]() -> sys::Status {
     EXPECT_TRUE(store_->replaceKey(withoutKey));
     EXPECT_FALSE(store_->findKey("web"_label).value().privateKey.present());
     return sys::Failure{ZELKM_ERR_UNKNOWN};

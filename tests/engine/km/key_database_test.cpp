@@ -143,26 +143,28 @@ TEST_F(StoreTest, ReplacesAnEntryInItsPlace) {
 }
 
 TEST_F(StoreTest, KeepsAllOfATransactionOrNothing) {
-  EXPECT_EQ(store_
-                ->inTransaction([&]() -> sys::Status {
-                  EXPECT_TRUE(store_->removeKey("one"_label));
-                  EXPECT_TRUE(store_->insertKey(entryOf("three", one_)));
-                  EXPECT_THAT(labels(), ElementsAre("two", "three"));
-                  return sys::Failure{ZELKM_ERR_ASN};
-                })
+  EXPECT_EQ(inTransaction(*store_,
+                          [&]() -> sys::Status {
+                            EXPECT_TRUE(store_->removeKey("one"_label));
+                            EXPECT_TRUE(store_->insertKey(entryOf("three", one_)));
+                            EXPECT_THAT(labels(), ElementsAre("two", "three"));
+                            return sys::Failure{ZELKM_ERR_ASN};
+                          })
                 .code(),
             ZELKM_ERR_ASN);
   EXPECT_THAT(labels(), ElementsAre("one", "two"));
-  EXPECT_TRUE(store_->inTransaction(
-      [&] { return store_->inTransaction([&] { return store_->removeKey("one"_label); }); }));
+  EXPECT_TRUE(inTransaction(*store_, [&] {
+    return inTransaction(*store_, [&] { return store_->removeKey("one"_label); });
+  }));
   EXPECT_THAT(labels(), ElementsAre("two"));
 }
 
 TEST_F(StoreTest, RollsBackWhenATransactionThrows) {
-  EXPECT_THROW((void)store_->inTransaction([&]() -> sys::Status {
-    EXPECT_TRUE(store_->removeKey("one"_label));
-    throw std::bad_alloc();
-  }),
+  EXPECT_THROW((void)inTransaction(*store_,
+                                   [&]() -> sys::Status {
+                                     EXPECT_TRUE(store_->removeKey("one"_label));
+                                     throw std::bad_alloc();
+                                   }),
                std::bad_alloc);
   EXPECT_THAT(labels(), ElementsAre("one", "two"));
 }
@@ -206,7 +208,7 @@ TEST_F(StoreTest, TakesApprovedAlgorithmsOnlyWhenMadeSo) {
 
 TEST_F(StoreTest, WritesIntoTheFileThatTookThePlaceWhileAnOperationRan) {
   std::filesystem::copy_file(file_, path("copy"));
-  ASSERT_TRUE(store_->inTransaction([&] {
+  ASSERT_TRUE(inTransaction(*store_, [&] {
     std::filesystem::rename(path("copy"), file_);
     return sys::success();
   }));

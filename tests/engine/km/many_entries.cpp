@@ -25,7 +25,7 @@ sys::Bytes publicKeyOfEntry(int number) {
 
 sys::Status insertEntries(Store& store, int count) {
   const cms::TestAuthority authority("Many");
-  return store.inTransaction([&]() -> sys::Status {
+  return inTransaction(store, [&]() -> sys::Status {
     for (int number = 0; number < count; ++number) {
       KeyEntry entry;
       entry.label = Label::ofName(labelOfEntry(number));

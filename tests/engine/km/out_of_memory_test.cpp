@@ -28,7 +28,7 @@ TEST_F(OutOfMemoryTest, EndsNoProcessThatWrites) {
 TEST_F(OutOfMemoryTest, EndsNoProcessThatTakesItsWritesBack) {
   const auto refused = [] { return sys::Failure{ZELKM_ERR_PARAMETER}; };
   EXPECT_GT(heap::failEachAllocationOf([&] {
-              (void)store_->inTransaction([&]() -> sys::Status {
+              (void)inTransaction(*store_, [&]() -> sys::Status {
                 sys::Status removed = store_->removeKey("two"_label);
                 return removed ? refused() : removed;
               });

@@ -47,7 +47,7 @@ TEST_P(TokenEntries, aRequestBecomesAnEntryWithItsCertificate) {
   const KeyEntry received{.label = "web"_label,
                           .certificate = certificateFor(publicKey, "www.example.com"),
                           .privateKey = pending.front().privateKey};
-  const sys::Status done = store().inTransaction([&]() -> sys::Status {
+  const sys::Status done = inTransaction(store(), [&]() -> sys::Status {
     sys::Status removed = store().removeRequest("web"_label);
     return removed ? store().insertKey(received) : removed;
   });
@@ -232,7 +232,7 @@ TEST_P(TokenEntries, whatATransactionDidIsTakenBackWhenItFails) {
   ASSERT_EQ(store().insertRequest(newRequest("waits")).code(), ZELKM_OK);
   const std::size_t before = objectCount();
   const RequestEntry lost = newRequest("lost");
-  const sys::Status done = store().inTransaction([&]() -> sys::Status {
+  const sys::Status done = inTransaction(store(), [&]() -> sys::Status {
     EXPECT_EQ(store().insertRequest(lost).code(), ZELKM_OK);
     EXPECT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
     EXPECT_EQ(store().removeKey("stays"_label).code(), ZELKM_OK);
@@ -256,7 +256,7 @@ TEST_P(TokenEntries, whatATransactionDidIsTakenBackWhenItThrows) {
     EXPECT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
     throw std::bad_alloc();
   };
-  EXPECT_THROW((void)store().inTransaction(body), std::bad_alloc);
+  EXPECT_THROW((void)inTransaction(store(), body), std::bad_alloc);
   EXPECT_EQ(objectCount(), before);
   EXPECT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
 }

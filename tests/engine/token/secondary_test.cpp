@@ -103,7 +103,7 @@ TEST_P(TokenSecondary, itsFailureLeavesTheTokenAsItWas) {
   ASSERT_EQ(lend(), ZELKM_OK);
   const KeyEntry signer = signerEntry("ca");
   const sys::Status done = on(tokenHandle_, [&](Store& store) -> sys::Status {
-    return store.inTransaction([&]() -> sys::Status {
+    return inTransaction(store, [&]() -> sys::Status {
       sys::Status inserted = store.insertKey(signerEntry("personal"));
       if (!inserted) return inserted;
       return store.onSignerStore([&](Store& home) -> sys::Status {
