@@ -76,8 +76,11 @@ class FailingStore final : public Store {
   sys::Status setTrusted(const Label& label, bool trusted) override {
     return fails() ? kFailure : store_.setTrusted(label, trusted);
   }
-  sys::Status inTransaction(const std::function<sys::Status()>& body) override {
-    return fails() ? kFailure : store_.inTransaction(body);
+  sys::Status runChanges(const Run& run) override {
+    return fails() ? kFailure : store_.runChanges(run);
+  }
+  sys::Status runReading(const Run& run) override {
+    return fails() ? kFailure : store_.runReading(run);
   }
 
   sys::Result<GeneratedKey> generateKey(int keySize) override {
