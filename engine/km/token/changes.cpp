@@ -28,7 +28,8 @@ void Changes::rollBack() {
     } else {
       Template old;
       old.addBytes(undo.type, undo.oldValue);
-      status = session_.change(undo.object, old);
+      const CK_RV rv = session_.change(undo.object, old);
+      if (rv != CKR_OK) status = cryptokiFailure(rv, "change an object");
     }
     if (!status) sys::traceLine("object %lu stays changed on the token", undo.object);
   }
@@ -59,8 +60,8 @@ sys::Status Changes::change(CK_OBJECT_HANDLE object, CK_ATTRIBUTE_TYPE type, sys
   const sys::ByteView oldValue = old.value().bytes(type);
   Template wanted;
   wanted.addBytes(type, value);
-  sys::Status status = session_.change(object, wanted);
-  if (!status) return status;
+  const CK_RV rv = session_.change(object, wanted);
+  if (rv != CKR_OK) return cryptokiFailure(rv, "change an object");
   done_.push_back({.object = object,
                    .wasMade = false,
                    .type = type,

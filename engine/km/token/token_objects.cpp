@@ -93,7 +93,8 @@ std::optional<RequestObject> requestFrom(const Attributes& attributes) {
 }  // namespace
 
 sys::Result<TokenObjects> readTokenObjects(const Session& session, const Handles& doomed) {
-  const CallTurn turn;  // one for all, since every change of turns takes its time
+  const CallTurn turn =
+      session.takeTurn();  // one for all, since every change of turns takes its time
   static constexpr CK_ATTRIBUTE_TYPE kOfCertificates[] = {
       CKA_LABEL, CKA_ID, CKA_CERTIFICATE_TYPE, CKA_VALUE, CKA_TRUSTED, CKA_CERTIFICATE_CATEGORY};
   static constexpr CK_ATTRIBUTE_TYPE kOfKeys[] = {CKA_LABEL,     CKA_ID,      CKA_KEY_TYPE,

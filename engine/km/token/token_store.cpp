@@ -8,6 +8,7 @@
 #include "engine/km/store/crypto_mode.h"
 #include "engine/km/store/key_material.h"
 #include "engine/km/token/call_turn.h"
+#include "engine/km/token/cryptoki_codes.h"
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_signing.h"
 #include "engine/sys/trace.h"
@@ -252,7 +253,8 @@ sys::Status TokenStore::setTrusted(const Label& label, bool trusted) {
 }
 
 sys::Status TokenStore::inTransaction(const std::function<sys::Status()>& body) {
-  const CallTurn turn;  // what others would see in between is half an entry
+  const CallTurn turn = session_->takeTurn();  // what others would see in between is half an entry
+  if (!turn.had()) return cryptokiFailure(kNoTurn, "begin a change");
   if (changes_.underWay()) return body();
   changes_.begin();
   try {
