@@ -11,6 +11,8 @@ using namespace zel::km;
 
 namespace {
 
+// Entries are handed out with their chains, which are to be of the same moment: in a snapshot.
+
 /** Hands an entry out through the caller's variable. */
 sys::Status answerKey(Store& store, const sys::Result<KeyEntry>& entry, ZELKMKeyItem** out) {
   if (!entry) return entry.failure();
@@ -34,7 +36,7 @@ int ZELKM_GetKeyItemByLabel(int handle, const char* label, ZELKMKeyItem** item) 
     if (sys::Status given = requireOutput(item); !given) return given;
     const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
-    return answerKey(store, store.findKey(wanted.value()), item);
+    return store.inSnapshot([&] { return answerKey(store, store.findKey(wanted.value()), item); });
   });
 }
 
@@ -43,11 +45,13 @@ int ZELKM_GetKeyItemListByLabel(int handle, const char* label, ZELKMKeyItemList*
     if (sys::Status given = requireOutput(list); !given) return given;
     const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
-    sys::Result<KeyEntry> entry = store.findKey(wanted.value());
-    if (!entry) return entry.failure();
-    std::vector<KeyEntry> entries;
-    entries.push_back(std::move(entry).value());
-    return answerKeys(store, entries, list);
+    return store.inSnapshot([&]() -> sys::Status {
+      sys::Result<KeyEntry> entry = store.findKey(wanted.value());
+      if (!entry) return entry.failure();
+      std::vector<KeyEntry> entries;
+      entries.push_back(std::move(entry).value());
+      return answerKeys(store, entries, list);
+    });
   });
 }
 
@@ -59,16 +63,19 @@ int ZELKM_GetKeyItemsByPublicKey(int handle, uint32_t keyLength, const unsigned 
     if (!publicKey) return publicKey.failure();
     const sys::Result<cms::KeyTraits> traits = cms::describePublicKey(publicKey.value());
     if (!traits) return traits.failure();
-    const sys::Result<std::vector<KeyEntry>> entries = store.findKeysByPublicKey(publicKey.value());
-    if (!entries) return entries.failure();
-    return answerKeys(store, entries.value(), list);
+    return store.inSnapshot([&]() -> sys::Status {
+      const sys::Result<std::vector<KeyEntry>> entries =
+          store.findKeysByPublicKey(publicKey.value());
+      if (!entries) return entries.failure();
+      return answerKeys(store, entries.value(), list);
+    });
   });
 }
 
 int ZELKM_GetDefaultKeyItem(int handle, ZELKMKeyItem** item) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status given = requireOutput(item); !given) return given;
-    return answerKey(store, store.defaultKey(), item);
+    return store.inSnapshot([&] { return answerKey(store, store.defaultKey(), item); });
   });
 }
 
