@@ -11,17 +11,27 @@ using namespace zel::km;
 
 namespace {
 
-/** Hands an entry out through the caller's variable. */
-sys::Status answerKey(Store& store, const sys::Result<KeyEntry>& entry, ZELKMKeyItem** out) {
-  if (!entry) return entry.failure();
-  sys::Result<KeyItemPtr> item = handOutKey(store, entry.value());
+/** Looks an entry up and makes its record, chain included, of the store as it is at one moment. */
+template <typename Find>
+sys::Status answerKey(Store& store, Find find, ZELKMKeyItem** out) {
+  sys::Result<KeyItemPtr> item = inSnapshot(store, [&]() -> sys::Result<KeyItemPtr> {
+    const sys::Result<KeyEntry> entry = find();
+    if (!entry) return entry.failure();
+    return handOutKey(store, entry.value());
+  });
   if (!item) return item.failure();
   *out = item.value().release();
   return sys::success();
 }
 
-sys::Status answerKeys(Store& store, const std::vector<KeyEntry>& entries, ZELKMKeyItemList** out) {
-  sys::Result<KeyItemListPtr> list = handOutKeys(store, entries);
+/** As answerKey, for the entries that are found. */
+template <typename Find>
+sys::Status answerKeys(Store& store, Find find, ZELKMKeyItemList** out) {
+  sys::Result<KeyItemListPtr> list = inSnapshot(store, [&]() -> sys::Result<KeyItemListPtr> {
+    const sys::Result<std::vector<KeyEntry>> entries = find();
+    if (!entries) return entries.failure();
+    return handOutKeys(store, entries.value());
+  });
   if (!list) return list.failure();
   *out = list.value().release();
   return sys::success();
@@ -34,7 +44,8 @@ int ZELKM_GetKeyItemByLabel(int handle, const char* label, ZELKMKeyItem** item) 
     if (sys::Status given = requireOutput(item); !given) return given;
     const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
-    return answerKey(store, store.findKey(wanted.value()), item);
+    return answerKey(
+        store, [&] { return store.findKey(wanted.value()); }, item);
   });
 }
 
@@ -43,11 +54,14 @@ int ZELKM_GetKeyItemListByLabel(int handle, const char* label, ZELKMKeyItemList*
     if (sys::Status given = requireOutput(list); !given) return given;
     const sys::Result<Label> wanted = labelArgument(label);
     if (!wanted) return wanted.failure();
-    sys::Result<KeyEntry> entry = store.findKey(wanted.value());
-    if (!entry) return entry.failure();
-    std::vector<KeyEntry> entries;
-    entries.push_back(std::move(entry).value());
-    return answerKeys(store, entries, list);
+    const auto find = [&]() -> sys::Result<std::vector<KeyEntry>> {
+      sys::Result<KeyEntry> entry = store.findKey(wanted.value());
+      if (!entry) return entry.failure();
+      std::vector<KeyEntry> entries;
+      entries.push_back(std::move(entry).value());
+      return entries;
+    };
+    return answerKeys(store, find, list);
   });
 }
 
@@ -59,16 +73,16 @@ int ZELKM_GetKeyItemsByPublicKey(int handle, uint32_t keyLength, const unsigned 
     if (!publicKey) return publicKey.failure();
     const sys::Result<cms::KeyTraits> traits = cms::describePublicKey(publicKey.value());
     if (!traits) return traits.failure();
-    const sys::Result<std::vector<KeyEntry>> entries = store.findKeysByPublicKey(publicKey.value());
-    if (!entries) return entries.failure();
-    return answerKeys(store, entries.value(), list);
+    return answerKeys(
+        store, [&] { return store.findKeysByPublicKey(publicKey.value()); }, list);
   });
 }
 
 int ZELKM_GetDefaultKeyItem(int handle, ZELKMKeyItem** item) {
   return onStore(__func__, handle, [&](Store& store) -> sys::Status {
     if (sys::Status given = requireOutput(item); !given) return given;
-    return answerKey(store, store.defaultKey(), item);
+    return answerKey(
+        store, [&] { return store.defaultKey(); }, item);
   });
 }
 

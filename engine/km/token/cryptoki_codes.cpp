@@ -66,6 +66,7 @@ constexpr Meaning kMeanings[] = {
     MEANING(CKR_BUFFER_TOO_SMALL, kTokenFailed),
     MEANING(CKR_CRYPTOKI_NOT_INITIALIZED, kTokenFailed),
     MEANING(CKR_CRYPTOKI_ALREADY_INITIALIZED, kTokenFailed),
+    {kNoTurn, "another process keeps its turn", kTokenFailed},
 };
 #undef MEANING
 

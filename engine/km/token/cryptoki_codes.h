@@ -16,6 +16,9 @@
 
 namespace zel::km::token {
 
+/** What is answered in a module's place when other processes did not let go of it in time. */
+inline constexpr CK_RV kNoTurn = CKR_VENDOR_DEFINED | 0x5475726eUL;
+
 /** The name of a CKR value, "CKR_?" for one that the table does not have. */
 const char* cryptokiName(CK_RV rv);
 

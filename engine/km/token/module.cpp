@@ -1,127 +1,115 @@
 #include "engine/km/token/module.h"
 
-#include <dlfcn.h>
-#include <openssl/crypto.h>
+#include <utility>
 
-#include <map>
-#include <string>
-
-#include "engine/km/token/cryptoki_codes.h"
-#include "engine/km/token/module_name.h"
-#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
 
-/** A loaded library, by its dlopen handle: two names of one file are one library. */
-struct Module::Library {
-  CK_FUNCTION_LIST* functions = nullptr;
-  int users = 0;
-  bool initialisedHere = false;
-  std::string arguments;
-  LoginTable logins;
-};
+namespace {
 
-/** The loaded libraries, used by whose turn it is. */
-class Module::Registry {
- public:
-  static Registry& instance() {
-    // Never destroyed: modules stay loaded, and stores may stay open, while the process exits.
-    static auto* registry = new Registry;
-    return *registry;
+/** PKCS #11 takes what it only reads without const. */
+CK_UTF8CHAR_PTR pinText(Pin pin) { return const_cast<CK_UTF8CHAR_PTR>(pin.data()); }
+
+}  // namespace
+
+sys::Result<std::shared_ptr<Module>> Module::open(const NamedModule& named) {
+  Library& library = *named.library;
+  const CallTurn turn(library.turns);
+  if (!turn.had()) return cryptokiFailure(kNoTurn, "open");
+  std::shared_ptr<Module> module(new Module(library));
+  if (library.users == 1) {
+    sys::Status ready = module->initialise(named.arguments);
+    if (!ready) return ready.failure();
+  } else if (library.arguments != named.arguments) {
+    return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_FUNCTION_FAILED,
+                     "the module is in use with other arguments");
   }
-
-  sys::Result<std::shared_ptr<Module>> open(const ModuleName& name) {
-    const CallTurn turn;
-    sys::Result<Library*> library = load(name.file);
-    if (!library) return library.failure();
-    sys::Status status = use(*library.value(), name);
-    if (!status) return status.failure();
-    return std::shared_ptr<Module>(new Module(*library.value()));
-  }
-
-  void close(Library& library) {
-    const CallTurn turn;
-    if (--library.users > 0 || !library.initialisedHere) return;
-    ERR_set_mark();
-    library.functions->C_Finalize(nullptr);
-    ERR_pop_to_mark();
-    library.logins.forget();
-    library.initialisedHere = false;
-  }
-
- private:
-  sys::Result<Library*> load(const std::string& file) {
-    // OpenSSL's exit handler is to run after the module's: handlers run last come, first served.
-    OPENSSL_init_crypto(0, nullptr);
-    void* handle = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (handle == nullptr) {
-      return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED, "%s", dlerror());
-    }
-    auto known = libraries_.find(handle);
-    if (known != libraries_.end()) {
-      dlclose(handle);
-      return &known->second;
-    }
-    auto getFunctionList =
-        reinterpret_cast<CK_C_GetFunctionList>(dlsym(handle, "C_GetFunctionList"));
-    CK_FUNCTION_LIST* functions = nullptr;
-    if (getFunctionList == nullptr || getFunctionList(&functions) != CKR_OK ||
-        functions == nullptr) {
-      dlclose(handle);
-      return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED, "%s is no PKCS #11 module",
-                       file.c_str());
-    }
-    Library& library = libraries_[handle];
-    library.functions = functions;
-    return &library;
-  }
-
-  static sys::Status use(Library& library, const ModuleName& name) {
-    if (library.users == 0) {
-      sys::Status status = initialise(library, name.arguments);
-      if (!status) return status;
-    } else if (library.arguments != name.arguments) {
-      return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_FUNCTION_FAILED,
-                       "%s is in use with other arguments", name.file.c_str());
-    }
-    ++library.users;
-    return sys::success();
-  }
-
-  static sys::Status initialise(Library& library, const std::string& arguments) {
-    // NSS reads one pointer past the end of the standard's record; it must find null there.
-    struct {
-      CK_C_INITIALIZE_ARGS standard;
-      void* beyond;
-    } args{};
-    std::string text = arguments;
-    args.standard.flags = CKF_OS_LOCKING_OK;
-    if (!text.empty()) args.standard.pReserved = text.data();
-
-    ERR_set_mark();
-    const CK_RV rv = library.functions->C_Initialize(&args);
-    ERR_pop_to_mark();
-    if (rv != CKR_OK && rv != CKR_CRYPTOKI_ALREADY_INITIALIZED) {
-      return cryptokiFailure(rv, "initialise");
-    }
-    library.initialisedHere = rv == CKR_OK;
-    library.arguments = arguments;
-    return sys::success();
-  }
-
-  std::map<void*, Library> libraries_;
-};
-
-sys::Result<std::shared_ptr<Module>> Module::open(std::string_view name) {
-  sys::Result<std::string> text = sys::toUtf8(name);
-  if (!text) return text.failure();
-  return Registry::instance().open(resolveModuleName(text.value()));
+  return module;
 }
 
-Module::Module(Library& library)
-    : library_(library), functions_(library.functions), logins_(&library.logins) {}
+/** Only made, and only destroyed, in a turn: whoever comes next finds the module as it is. */
+Module::Module(Library& library) : library_(library) { ++library.users; }
 
-Module::~Module() { Registry::instance().close(library_); }
+Module::~Module() {
+  const CallTurn turn = takeTurn();
+  if (--library_.users > 0 || !library_.initialisedHere) return;
+  callAnyway(&CK_FUNCTION_LIST::C_Finalize, nullptr);
+  library_.logins.forget();
+  library_.initialisedHere = false;
+}
+
+sys::Status Module::initialise(const std::string& arguments) const {
+  // NSS reads one pointer past the end of the standard's record; it must find null there.
+  struct {
+    CK_C_INITIALIZE_ARGS standard;
+    void* beyond;
+  } args{};
+  std::string text = arguments;
+  args.standard.flags = CKF_OS_LOCKING_OK;
+  if (!text.empty()) args.standard.pReserved = text.data();
+
+  library_.arguments = arguments;
+  const CK_RV rv = callAnyway(&CK_FUNCTION_LIST::C_Initialize, static_cast<CK_VOID_PTR>(&args));
+  if (rv != CKR_OK && rv != CKR_CRYPTOKI_ALREADY_INITIALIZED) {
+    return cryptokiFailure(rv, "initialise");
+  }
+  library_.initialisedHere = rv == CKR_OK;
+  return sys::success();
+}
+
+sys::Result<CK_SESSION_HANDLE> Module::openSession(CK_SLOT_ID slot, std::optional<Pin> pin) const {
+  const CallTurn turn = takeTurn();
+  CK_SESSION_HANDLE session = CK_INVALID_HANDLE;
+  const auto open = [&](CK_FLAGS flags) {
+    return call(&CK_FUNCTION_LIST::C_OpenSession, slot, flags | CKF_SERIAL_SESSION, nullptr,
+                nullptr, &session);
+  };
+  CK_RV rv = open(CKF_RW_SESSION);
+  if (rv == CKR_TOKEN_WRITE_PROTECTED) rv = open(0);
+  if (rv != CKR_OK) return cryptokiFailure(rv, "open a session");
+
+  sys::Status status = sys::success();
+  if (pin) status = logIn(slot, session, *pin);
+  if (!status) {
+    closeSession(session);
+    return status.failure();
+  }
+  return session;
+}
+
+void Module::closeSession(CK_SESSION_HANDLE session) const {
+  const CallTurn turn = takeTurn();
+  callAnyway(&CK_FUNCTION_LIST::C_CloseSession, session);
+}
+
+bool Module::isLoggedIn(CK_SESSION_HANDLE session) const {
+  CK_SESSION_INFO info{};
+  return call(&CK_FUNCTION_LIST::C_GetSessionInfo, session, &info) == CKR_OK &&
+         (info.state == CKS_RW_USER_FUNCTIONS || info.state == CKS_RO_USER_FUNCTIONS);
+}
+
+sys::Status Module::logIn(CK_SLOT_ID slot, CK_SESSION_HANDLE session, Pin pin) const {
+  if (isLoggedIn(session)) return library_.logins.join(slot, pin);
+  sys::Result<sys::ProofOfSecret> proof = sys::ProofOfSecret::of(pin);
+  if (!proof) return proof.failure();
+  const CK_RV rv = call(&CK_FUNCTION_LIST::C_Login, session, CK_USER_TYPE(CKU_USER),
+                        pin.empty() ? nullptr : pinText(pin), CK_ULONG(pin.size()));
+  if (rv == CKR_USER_ALREADY_LOGGED_IN) return library_.logins.join(slot, pin);
+  if (rv != CKR_OK) return cryptokiFailure(rv, "log in");
+  library_.logins.note(slot, std::move(proof).value());
+  return sys::success();
+}
+
+sys::Result<CK_RV> Module::changePin(CK_SLOT_ID slot, CK_SESSION_HANDLE session, Pin oldPin,
+                                     Pin newPin) const {
+  const CallTurn turn = takeTurn();
+  sys::Result<sys::ProofOfSecret> proof = sys::ProofOfSecret::of(newPin);
+  if (!proof) return proof.failure();
+  const CK_RV rv = call(&CK_FUNCTION_LIST::C_SetPIN, session, pinText(oldPin),
+                        CK_ULONG(oldPin.size()), pinText(newPin), CK_ULONG(newPin.size()));
+  if (rv == CKR_OK) library_.logins.note(slot, std::move(proof).value());
+  return rv;
+}
 
 }  // namespace zel::km::token

@@ -51,10 +51,8 @@ sys::Result<std::unique_ptr<Session>> Session::open(std::shared_ptr<Module> modu
   }
   std::unique_ptr<Session> session(
       new Session(std::move(module), std::move(token), std::move(pin).value()));
-  sys::Result<CK_SESSION_HANDLE> handle =
-      session->module_->logins().openSession(*session->module_, session->token_, session->pin());
-  if (!handle) return handle.failure();
-  session->handle_ = handle.value();
+  sys::Status opened = session->openHandle();
+  if (!opened) return opened.failure();
   return session;
 }
 
@@ -62,15 +60,27 @@ Session::Session(std::shared_ptr<Module> module, Token token, sys::SecretBlock p
     : module_(std::move(module)), token_(std::move(token)), pin_(std::move(pin)) {}
 
 Session::~Session() {
-  if (handle_ != CK_INVALID_HANDLE) module_->logins().closeSession(*module_, handle_);
+  const CallTurn turn = takeTurn();
+  if (handle_ != CK_INVALID_HANDLE) module_->closeSession(handle_);
+  module_ = nullptr;  // in the same turn, for the module may be finalised with it
+}
+
+sys::Status Session::openHandle() {
+  std::optional<Pin> login;
+  if (token_.wantsLogin()) login = pin();
+  sys::Result<CK_SESSION_HANDLE> opened = module_->openSession(token_.slot, login);
+  if (!opened) return opened.failure();
+  handle_ = opened.value();
+  return sys::success();
 }
 
 sys::Status Session::changePin(const char* newPassword) {
   sys::Result<sys::SecretBlock> pin = pinBlock(newPassword);
   if (!pin) return pin.failure();
-  const CK_RV rv =
-      module_->logins().changePin(*module_, token_, handle_, pin_.bytes(), pin.value().bytes());
-  if (rv != CKR_OK) return newPinFailure(rv, token_, pin.value().bytes().size());
+  sys::Result<CK_RV> rv =
+      module_->changePin(token_.slot, handle_, pin_.bytes(), pin.value().bytes());
+  if (!rv) return rv.failure();
+  if (rv.value() != CKR_OK) return newPinFailure(rv.value(), token_, pin.value().bytes().size());
   pin_ = std::move(pin).value();
   return sys::success();
 }
@@ -132,11 +142,9 @@ CK_RV Session::create(const Template& attributes, CK_OBJECT_HANDLE* object) cons
                        attributes.size(), object);
 }
 
-sys::Status Session::change(CK_OBJECT_HANDLE object, const Template& attributes) const {
-  const CK_RV rv = module_->call(&CK_FUNCTION_LIST::C_SetAttributeValue, handle_, object,
-                                 attributes.data(), attributes.size());
-  if (rv != CKR_OK) return cryptokiFailure(rv, "change an object");
-  return sys::success();
+CK_RV Session::change(CK_OBJECT_HANDLE object, const Template& attributes) const {
+  return module_->call(&CK_FUNCTION_LIST::C_SetAttributeValue, handle_, object, attributes.data(),
+                       attributes.size());
 }
 
 sys::Status Session::destroy(CK_OBJECT_HANDLE object) const {

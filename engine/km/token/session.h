@@ -41,7 +41,7 @@ class Session {
    *  - ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_REQUIRED (138): the token wants a PIN.
    *  - ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED (139): a PIN for a token that takes
    *    none.
-   *  - the codes of LoginTable::openSession.
+   *  - the codes of Module::openSession.
    */
   static sys::Result<std::unique_ptr<Session>> open(std::shared_ptr<Module> module, Token token,
                                                     const char* password);
@@ -52,6 +52,9 @@ class Session {
 
   const Token& token() const { return token_; }
 
+  /** Keeps all others off the token's module over several calls. */
+  CallTurn takeTurn() const { return module_->takeTurn(); }
+
   /** Changes the token's PIN; the code of a new PIN that the token does not take is 130 or 69. */
   sys::Status changePin(const char* newPassword);
 
@@ -59,9 +62,9 @@ class Session {
   sys::Result<std::vector<CK_OBJECT_HANDLE>> find(const Template& wanted) const;
   sys::Result<Attributes> read(CK_OBJECT_HANDLE object,
                                std::span<const CK_ATTRIBUTE_TYPE> types) const;
-  /** Answers in the module's own words, because some refusals are worth another try. */
+  // These two answer in the module's own words, because some refusals are worth another try.
   CK_RV create(const Template& attributes, CK_OBJECT_HANDLE* object) const;
-  sys::Status change(CK_OBJECT_HANDLE object, const Template& attributes) const;
+  CK_RV change(CK_OBJECT_HANDLE object, const Template& attributes) const;
   sys::Status destroy(CK_OBJECT_HANDLE object) const;
 
   /** True when the token offers the mechanism for a key of that size in bits. */
@@ -78,6 +81,8 @@ class Session {
 
  private:
   Session(std::shared_ptr<Module> module, Token token, sys::SecretBlock pin);
+
+  sys::Status openHandle();
 
   std::shared_ptr<Module> module_;
   Token token_;

@@ -6,7 +6,6 @@
 
 #include "engine/km/store/numbered_labels.h"
 #include "engine/km/token/cryptoki_codes.h"
-#include "engine/km/token/module.h"
 #include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "engine/km/store/label.h"
+#include "engine/km/token/module.h"
 #include "engine/sys/result.h"
 
 /**
@@ -17,8 +18,6 @@
  */
 
 namespace zel::km::token {
-
-class Module;
 
 /** A Token is known by its label, numbered where several tokens of a module have the same one. */
 struct Token {

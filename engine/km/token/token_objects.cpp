@@ -1,54 +1,80 @@
 #include "engine/km/token/token_objects.h"
 
-#include <optional>
+#include <algorithm>
+#include <cstring>
+#include <type_traits>
+#include <utility>
 
 #include "engine/cms/certificates.h"
-#include "engine/cms/openssl_ptr.h"
-#include "engine/km/token/call_turn.h"
-#include "engine/km/token/certificate_objects.h"
-#include "engine/km/token/public_keys.h"
 
 namespace zel::km::token {
 
 namespace {
 
-sys::Bytes copyOf(sys::ByteView bytes) { return {bytes.begin(), bytes.end()}; }
+template <typename Object>
+using Refs = std::vector<std::shared_ptr<const Object>>;
 
-/** Reads all objects of a class; an object that `make` answers nothing for is left out. */
-template <typename Object, typename Make>
-sys::Result<std::vector<Object>> readClass(const Session& session, const Handles& doomed,
-                                           CK_OBJECT_CLASS objectClass,
-                                           std::span<const CK_ATTRIBUTE_TYPE> types, Make make) {
-  Template wanted;
-  wanted.addNumber(CKA_CLASS, objectClass).addFlag(CKA_TOKEN, true);
-  sys::Result<std::vector<CK_OBJECT_HANDLE>> handles = session.find(wanted);
-  if (!handles) return handles.failure();
-  std::vector<Object> objects;
-  for (const CK_OBJECT_HANDLE handle : handles.value()) {
-    if (doomed.contains(handle)) continue;
-    sys::Result<Attributes> attributes = session.read(handle, types);
-    // Another process may have destroyed it since it was found.
-    if (attributes.code() == ZELKM_ERR_CRYPTOGRAPHIC_OBJECT_FUNCTION_FAILED) continue;
-    if (!attributes) return attributes.failure();
-    std::optional<Object> object = make(attributes.value());
-    if (!object) continue;
-    object->handle = handle;
-    objects.push_back(*std::move(object));
-  }
-  return objects;
+template <typename Object>
+auto withHandle(Refs<Object>& objects, CK_OBJECT_HANDLE handle) {
+  return std::ranges::find_if(objects, [&](const auto& each) { return each->handle == handle; });
 }
 
-std::optional<CertificateObject> certificateFrom(const Attributes& attributes) {
-  CertificateObject certificate{.label = std::string(attributes.text(CKA_LABEL)),
-                                .id = copyOf(attributes.bytes(CKA_ID)),
-                                .der = copyOf(attributes.bytes(CKA_VALUE)),
-                                .publicKey = {},
-                                .subject = {}};
-  if (attributes.number(CKA_CERTIFICATE_TYPE, CKC_X_509) != CKC_X_509) return std::nullopt;
-  if (certificate.der.empty()) return std::nullopt;
-  certificate.trusted =
-      attributes.flag(CKA_TRUSTED) || attributes.number(CKA_CERTIFICATE_CATEGORY, 0) == kAuthority;
-  sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(certificate.der);
+template <typename Object>
+void put(Refs<Object>& objects, Object object) {
+  auto place = withHandle(objects, object.handle);
+  auto made = std::make_shared<const Object>(std::move(object));
+  if (place == objects.end()) {
+    objects.push_back(std::move(made));
+  } else {
+    *place = std::move(made);
+  }
+}
+
+template <typename Object>
+void move(CK_OBJECT_HANDLE handle, Refs<Object>& from, Refs<Object>& to) {
+  auto found = withHandle(from, handle);
+  if (found == from.end()) return;
+  to.push_back(*found);
+  from.erase(found);
+}
+
+template <typename Object>
+sys::Bytes valueIn(const Object& object, CK_ATTRIBUTE_TYPE type) {
+  if (type == CKA_LABEL) return {object.label.begin(), object.label.end()};
+  if constexpr (!std::is_same_v<Object, RequestObject>) {
+    if (type == CKA_ID) return object.id;
+  }
+  if constexpr (std::is_same_v<Object, PrivateKeyObject>) {
+    if (type == CKA_SUBJECT) return object.subject;
+  }
+  if constexpr (std::is_same_v<Object, CertificateObject>) {
+    if (type == CKA_CERTIFICATE_CATEGORY) return numberValue(object.category);
+  }
+  return {};
+}
+
+template <typename Object>
+void setValueIn(Object& object, CK_ATTRIBUTE_TYPE type, sys::ByteView value) {
+  if (type == CKA_LABEL) object.label.assign(value.begin(), value.end());
+  if constexpr (!std::is_same_v<Object, RequestObject>) {
+    if (type == CKA_ID) object.id.assign(value.begin(), value.end());
+  }
+  if constexpr (std::is_same_v<Object, PrivateKeyObject>) {
+    if (type == CKA_SUBJECT) object.subject.assign(value.begin(), value.end());
+  }
+  if constexpr (std::is_same_v<Object, CertificateObject>) {
+    if (type == CKA_CERTIFICATE_CATEGORY && value.size() == sizeof object.category) {
+      std::memcpy(&object.category, value.data(), value.size());
+    }
+  }
+}
+
+}  // namespace
+
+CertificateObject certificateObject(sys::ByteView der) {
+  CertificateObject certificate;
+  certificate.der.assign(der.begin(), der.end());
+  sys::Result<cms::CertificateKeys> keys = cms::readCertificateKeys(der);
   if (keys) {
     certificate.publicKey = std::move(keys.value().publicKeyInfo);
     certificate.subject = std::move(keys.value().subject);
@@ -56,66 +82,57 @@ std::optional<CertificateObject> certificateFrom(const Attributes& attributes) {
   return certificate;
 }
 
-std::optional<PrivateKeyObject> privateKeyFrom(const Attributes& attributes) {
-  return PrivateKeyObject{
-      .type = attributes.number(CKA_KEY_TYPE, CK_UNAVAILABLE_INFORMATION),
-      .label = std::string(attributes.text(CKA_LABEL)),
-      .id = copyOf(attributes.bytes(CKA_ID)),
-      .subject = copyOf(attributes.bytes(CKA_SUBJECT)),
-      .publicKey = publicKeyInfoOf(attributes),
-  };
+sys::Bytes numberValue(CK_ULONG number) {
+  sys::Bytes bytes(sizeof number);
+  std::memcpy(bytes.data(), &number, sizeof number);
+  return bytes;
 }
 
-std::optional<PublicKeyObject> publicKeyFrom(const Attributes& attributes) {
-  return PublicKeyObject{
-      .type = attributes.number(CKA_KEY_TYPE, CK_UNAVAILABLE_INFORMATION),
-      .label = std::string(attributes.text(CKA_LABEL)),
-      .id = copyOf(attributes.bytes(CKA_ID)),
-      .publicKey = publicKeyInfoOf(attributes),
-  };
+void TokenObjects::put(TokenObject object) {
+  struct {
+    TokenObjects& objects;
+    void operator()(CertificateObject& made) { token::put(objects.certificates, std::move(made)); }
+    void operator()(PrivateKeyObject& made) { token::put(objects.privateKeys, std::move(made)); }
+    void operator()(PublicKeyObject& made) { token::put(objects.publicKeys, std::move(made)); }
+    void operator()(RequestObject& made) { token::put(objects.requests, std::move(made)); }
+  } putter{*this};
+  std::visit(putter, object);
 }
 
-/** Data objects hold all sorts of things; those that hold a request are ours to list. */
-std::optional<RequestObject> requestFrom(const Attributes& attributes) {
-  const sys::ByteView der = attributes.bytes(CKA_VALUE);
-  const cms::RequestPtr request = cms::decodeDer<cms::RequestPtr>(d2i_X509_REQ, der);
-  if (!request) {
-    ERR_clear_error();
-    return std::nullopt;
-  }
-  return RequestObject{
-      .label = std::string(attributes.text(CKA_LABEL)),
-      .der = copyOf(der),
-      .publicKey = cms::encodeDer(i2d_X509_PUBKEY, X509_REQ_get_X509_PUBKEY(request.get())),
-  };
+void TokenObjects::moveTo(TokenObjects& others, CK_OBJECT_HANDLE object) {
+  move(object, certificates, others.certificates);
+  move(object, privateKeys, others.privateKeys);
+  move(object, publicKeys, others.publicKeys);
+  move(object, requests, others.requests);
 }
 
-}  // namespace
+sys::Bytes TokenObjects::attribute(CK_OBJECT_HANDLE object, CK_ATTRIBUTE_TYPE type) const {
+  sys::Bytes value;
+  const auto lookIn = [&](const auto& objects) {
+    for (const auto& each : objects) {
+      if (each->handle == object) value = valueIn(*each, type);
+    }
+  };
+  lookIn(certificates);
+  lookIn(privateKeys);
+  lookIn(publicKeys);
+  lookIn(requests);
+  return value;
+}
 
-sys::Result<TokenObjects> readTokenObjects(const Session& session, const Handles& doomed) {
-  const CallTurn turn;  // one for all, since every change of turns takes its time
-  static constexpr CK_ATTRIBUTE_TYPE kOfCertificates[] = {
-      CKA_LABEL, CKA_ID, CKA_CERTIFICATE_TYPE, CKA_VALUE, CKA_TRUSTED, CKA_CERTIFICATE_CATEGORY};
-  static constexpr CK_ATTRIBUTE_TYPE kOfKeys[] = {CKA_LABEL,     CKA_ID,      CKA_KEY_TYPE,
-                                                  CKA_SUBJECT,   CKA_MODULUS, CKA_PUBLIC_EXPONENT,
-                                                  CKA_EC_PARAMS, CKA_EC_POINT};
-  static constexpr CK_ATTRIBUTE_TYPE kOfData[] = {CKA_LABEL, CKA_VALUE};
-
-  auto certificates = readClass<CertificateObject>(session, doomed, CKO_CERTIFICATE,
-                                                   kOfCertificates, certificateFrom);
-  if (!certificates) return certificates.failure();
-  auto privateKeys =
-      readClass<PrivateKeyObject>(session, doomed, CKO_PRIVATE_KEY, kOfKeys, privateKeyFrom);
-  if (!privateKeys) return privateKeys.failure();
-  auto publicKeys =
-      readClass<PublicKeyObject>(session, doomed, CKO_PUBLIC_KEY, kOfKeys, publicKeyFrom);
-  if (!publicKeys) return publicKeys.failure();
-  auto requests = readClass<RequestObject>(session, doomed, CKO_DATA, kOfData, requestFrom);
-  if (!requests) return requests.failure();
-  return TokenObjects{.certificates = std::move(certificates).value(),
-                      .privateKeys = std::move(privateKeys).value(),
-                      .publicKeys = std::move(publicKeys).value(),
-                      .requests = std::move(requests).value()};
+void TokenObjects::setAttribute(CK_OBJECT_HANDLE object, CK_ATTRIBUTE_TYPE type,
+                                sys::ByteView value) {
+  const auto setIn = [&](auto& objects) {
+    auto found = withHandle(objects, object);
+    if (found == objects.end()) return;
+    auto changed = **found;
+    setValueIn(changed, type, value);
+    token::put(objects, std::move(changed));
+  };
+  setIn(certificates);
+  setIn(privateKeys);
+  setIn(publicKeys);
+  setIn(requests);
 }
 
 }  // namespace zel::km::token

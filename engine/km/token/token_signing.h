@@ -2,6 +2,7 @@
 #define ZEL_KM_TOKEN_TOKEN_SIGNING_H_
 
 #include "engine/cms/signing.h"
+#include "engine/km/token/session.h"
 #include "engine/km/token/token_objects.h"
 
 /**

@@ -1,14 +1,18 @@
 #include "engine/km/token/token_store.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "engine/cms/epki.h"
 #include "engine/cms/names.h"
 #include "engine/cms/requests.h"
 #include "engine/km/store/crypto_mode.h"
 #include "engine/km/store/key_material.h"
-#include "engine/km/token/call_turn.h"
+#include "engine/km/token/entry_plans.h"
+#include "engine/km/token/key_pairs.h"
+#include "engine/km/token/key_references.h"
 #include "engine/km/token/token_access.h"
+#include "engine/km/token/token_reading.h"
 #include "engine/km/token/token_signing.h"
 #include "engine/sys/trace.h"
 
@@ -16,22 +20,16 @@ namespace zel::km::token {
 
 namespace {
 
-PrivateKey referenceTo(const PrivateKeyObject* key) {
-  PrivateKey reference;
-  if (key != nullptr) reference.reference = EntryWriter::referenceTo(key->handle);
-  return reference;
+PrivateKey privateKeyOf(const PrivateKeyRef& key) {
+  return key ? referenceTo(key->handle) : PrivateKey{};
 }
 
 KeyEntry keyEntry(const CertificateEntry& entry) {
   return {.label = entry.label,
           .certificate = entry.certificate->der,
-          .privateKey = referenceTo(entry.privateKey),
-          .trusted = entry.certificate->trusted,
+          .privateKey = privateKeyOf(entry.privateKey),
+          .trusted = entry.certificate->isTrusted(),
           .isDefault = false};
-}
-
-sys::Failure noSuchLabel(const Label& label) {
-  return sys::fail(ZELKM_ERR_KEY_GET_BY_LABEL, "the token has no \"%s\"", label.c_str());
 }
 
 sys::Failure noDefaultKey() {
@@ -54,6 +52,19 @@ sys::Result<sys::Bytes> requestedSubject(const PendingEntry& pending) {
   return cms::encodeName(fields);
 }
 
+/** Ends what is under way when it goes, whatever has happened. */
+template <typename UnderWay>
+class Ending {
+ public:
+  explicit Ending(std::optional<UnderWay>& underWay) : underWay_(underWay) {}
+  ~Ending() { underWay_.reset(); }
+  Ending(const Ending&) = delete;
+  Ending& operator=(const Ending&) = delete;
+
+ private:
+  std::optional<UnderWay>& underWay_;
+};
+
 }  // namespace
 
 sys::Result<std::unique_ptr<Store>> TokenStore::open(const char* moduleName, const char* tokenLabel,
@@ -63,37 +74,61 @@ sys::Result<std::unique_ptr<Store>> TokenStore::open(const char* moduleName, con
   return std::unique_ptr<Store>(new TokenStore(std::move(session).value()));
 }
 
-TokenStore::TokenStore(std::unique_ptr<Session> session)
-    : session_(std::move(session)), changes_(*session_), writer_(*session_, changes_) {}
+TokenStore::TokenStore(std::unique_ptr<Session> session) : session_(std::move(session)) {}
 
-TokenStore::~TokenStore() { writer_.dropUnclaimed(); }
+TokenStore::~TokenStore() {
+  const CallTurn turn = session_->takeTurn();
+  for (const KeyPairHandles& pair : newKeys_) destroyKeyPair(*session_, pair);
+  session_ = nullptr;
+}
+
+template <typename Body>
+std::invoke_result_t<Body, const TokenView&> TokenStore::onView(Body body) {
+  if (Snapshot* kept = underWay()) {
+    sys::Result<TokenView*> view = kept->view();
+    if (!view) return view.failure();
+    return body(*view.value());
+  }
+  sys::Result<TokenView> view = readToken(*session_, newKeyHandles());
+  if (!view) return view.failure();
+  return body(view.value());
+}
+
+Snapshot* TokenStore::underWay() {
+  if (transaction_) return &transaction_->token();
+  return snapshot_ ? &*snapshot_ : nullptr;
+}
+
+Handles TokenStore::newKeyHandles() const {
+  Handles handles;
+  for (const KeyPairHandles& pair : newKeys_) handles.insert(pair.privateKey);
+  return handles;
+}
 
 sys::Result<std::vector<Label>> TokenStore::keyLabels() {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  return labelsOf(all.value().certificates());
+  using Labels = sys::Result<std::vector<Label>>;
+  return onView([](const TokenView& view) -> Labels { return labelsOf(view.certificates()); });
 }
 
 sys::Result<std::vector<Label>> TokenStore::requestLabels() {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  return labelsOf(all.value().requests());
+  using Labels = sys::Result<std::vector<Label>>;
+  return onView([](const TokenView& view) -> Labels { return labelsOf(view.requests()); });
 }
 
 sys::Result<KeyEntry> TokenStore::findKey(const Label& label) {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  const CertificateEntry* found = all.value().certificate(label);
-  if (found == nullptr) return noSuchLabel(label);
-  return keyEntry(*found);
+  return onView([&](const TokenView& view) -> sys::Result<KeyEntry> {
+    const std::optional<CertificateEntry> found = view.certificate(label);
+    if (!found) return noSuchLabel(label);
+    return keyEntry(*found);
+  });
 }
 
 sys::Result<RequestEntry> TokenStore::findRequest(const Label& label) {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  const PendingEntry* found = all.value().request(label);
-  if (found == nullptr) return noSuchLabel(label);
-  return requestEntry(*found);
+  return onView([&](const TokenView& view) -> sys::Result<RequestEntry> {
+    const std::optional<PendingEntry> found = view.request(label);
+    if (!found) return noSuchLabel(label);
+    return requestEntry(*found);
+  });
 }
 
 sys::Result<KeyEntry> TokenStore::defaultKey() {
@@ -101,53 +136,53 @@ sys::Result<KeyEntry> TokenStore::defaultKey() {
 }
 
 sys::Result<std::vector<KeyEntry>> TokenStore::findKeysByPublicKey(sys::ByteView publicKey) {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  std::vector<KeyEntry> found;
-  for (const CertificateEntry& entry : all.value().certificates()) {
-    if (std::ranges::equal(entry.certificate->publicKey, publicKey)) {
-      found.push_back(keyEntry(entry));
+  return onView([&](const TokenView& view) -> sys::Result<std::vector<KeyEntry>> {
+    std::vector<KeyEntry> found;
+    for (const CertificateEntry& entry : view.certificates()) {
+      if (std::ranges::equal(entry.certificate->publicKey, publicKey)) {
+        found.push_back(keyEntry(entry));
+      }
     }
-  }
-  return found;
+    return found;
+  });
 }
 
 sys::Result<std::vector<RequestEntry>> TokenStore::findRequestsByPublicKey(
     sys::ByteView publicKey) {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  std::vector<RequestEntry> found;
-  for (const PendingEntry& pending : all.value().requests()) {
-    if (!std::ranges::equal(pending.publicKey(), publicKey)) continue;
-    sys::Result<RequestEntry> entry = requestEntry(pending);
-    if (!entry) return entry.failure();
-    found.push_back(std::move(entry).value());
-  }
-  return found;
+  return onView([&](const TokenView& view) -> sys::Result<std::vector<RequestEntry>> {
+    std::vector<RequestEntry> found;
+    for (const PendingEntry& pending : view.requests()) {
+      if (!std::ranges::equal(pending.publicKey(), publicKey)) continue;
+      sys::Result<RequestEntry> entry = requestEntry(pending);
+      if (!entry) return entry.failure();
+      found.push_back(std::move(entry).value());
+    }
+    return found;
+  });
 }
 
 sys::Result<std::vector<KeyEntry>> TokenStore::findKeysBySubject(sys::ByteView subject) {
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  std::vector<KeyEntry> found;
-  for (const CertificateEntry& entry : all.value().certificates()) {
-    if (std::ranges::equal(entry.certificate->subject, subject)) found.push_back(keyEntry(entry));
-  }
-  if (!secondary_) return found;
-  sys::Status asked = onSecondary([&](Store& secondary) -> sys::Status {
-    sys::Result<std::vector<KeyEntry>> more = secondary.findKeysBySubject(subject);
-    if (!more) return more.failure();
-    for (KeyEntry& entry : more.value()) found.push_back(std::move(entry));
-    return sys::success();
+  using Entries = sys::Result<std::vector<KeyEntry>>;
+  Entries found = onView([&](const TokenView& view) -> Entries {
+    std::vector<KeyEntry> entries;
+    for (const CertificateEntry& entry : view.certificates()) {
+      if (std::ranges::equal(entry.certificate->subject, subject)) {
+        entries.push_back(keyEntry(entry));
+      }
+    }
+    return entries;
   });
-  if (!asked) return asked.failure();
+  if (!found || !secondary_.isLent()) return found;
+  Entries more = secondary_.use([&](Store& store) { return store.findKeysBySubject(subject); });
+  if (!more) return more;
+  std::ranges::move(more.value(), std::back_inserter(found.value()));
   return found;
 }
 
 sys::Result<RequestEntry> TokenStore::requestEntry(const PendingEntry& pending) {
   RequestEntry entry{
-      .label = pending.label, .request = {}, .privateKey = referenceTo(pending.privateKey)};
-  if (pending.request != nullptr) {
+      .label = pending.label, .request = {}, .privateKey = privateKeyOf(pending.privateKey)};
+  if (pending.request) {
     entry.request = pending.request->der;
     return entry;
   }
@@ -170,142 +205,100 @@ sys::Result<RequestEntry> TokenStore::requestEntry(const PendingEntry& pending) 
   return entry;
 }
 
-sys::Status TokenStore::insertKey(const KeyEntry& entry) {
-  if (entry.isDefault) return noDefaultKey();
+template <typename Planner>
+sys::Status TokenStore::change(Planner planner) {
   return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    if (all.value().certificate(entry.label) != nullptr) {
-      return sys::fail(ZELKM_ERR_DATABASE_DUPLICATE_KEY_LABEL, "the label \"%s\" is in use",
-                       entry.label.c_str());
-    }
-    return writer_.writeCertificate(entry);
+    sys::Result<Plan> plan = onView(planner);
+    if (!plan) return plan.failure();
+    return transaction_->apply(std::move(plan).value());
   });
 }
 
+sys::Status TokenStore::insertKey(const KeyEntry& entry) {
+  if (entry.isDefault) return noDefaultKey();
+  return change([&](const TokenView& view) { return planInsertKey(view, entry); });
+}
+
 sys::Status TokenStore::insertRequest(const RequestEntry& entry) {
-  return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    if (all.value().request(entry.label) != nullptr) {
-      return sys::fail(ZELKM_ERR_DATABASE_DUPLICATE_KEY_LABEL, "the label \"%s\" is in use",
-                       entry.label.c_str());
-    }
-    return writer_.writeRequest(entry);
-  });
+  return change([&](const TokenView& view) { return planInsertRequest(view, entry); });
 }
 
 sys::Status TokenStore::replaceKey(const KeyEntry& entry) {
   if (entry.isDefault) return noDefaultKey();
-  return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    const CertificateEntry* old = all.value().certificate(entry.label);
-    if (old == nullptr) return noSuchLabel(entry.label);
-    return writer_.replaceCertificate(*old, entry);
-  });
+  return change([&](const TokenView& view) { return planReplaceKey(view, entry); });
 }
 
 sys::Status TokenStore::replaceRequest(const RequestEntry& entry) {
-  return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    const PendingEntry* old = all.value().request(entry.label);
-    if (old == nullptr) return noSuchLabel(entry.label);
-    sys::Status written = writer_.writeRequest(entry);
-    // Without an object of its own the old request was in the key, and the new one is there now.
-    if (!written || old->request == nullptr) return written;
-    return writer_.removeRequest(*old);
-  });
+  return change([&](const TokenView& view) { return planReplaceRequest(view, entry); });
 }
 
 sys::Status TokenStore::removeKey(const Label& label) {
-  return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    const CertificateEntry* found = all.value().certificate(label);
-    if (found == nullptr) return noSuchLabel(label);
-    return writer_.removeCertificate(*found);
-  });
+  return change([&](const TokenView& view) { return planRemoveKey(view, label); });
 }
 
 sys::Status TokenStore::removeRequest(const Label& label) {
-  return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    const PendingEntry* found = all.value().request(label);
-    if (found == nullptr) return noSuchLabel(label);
-    return writer_.removeRequest(*found);
-  });
+  return change([&](const TokenView& view) { return planRemoveRequest(view, label); });
 }
 
 sys::Status TokenStore::setDefault(const Label& /*label*/) { return noDefaultKey(); }
 
 sys::Status TokenStore::setTrusted(const Label& label, bool trusted) {
-  return inTransaction(*this, [&]() -> sys::Status {
-    sys::Result<Inventory> all = inventory();
-    if (!all) return all.failure();
-    const CertificateEntry* found = all.value().certificate(label);
-    if (found == nullptr) return noSuchLabel(label);
-    return writer_.changeTrust(*found, trusted);
-  });
+  return change([&](const TokenView& view) { return planSetTrusted(view, label, trusted); });
 }
 
+/** The secondary commits first: when it cannot, the token's changes can still be undone. */
 sys::Status TokenStore::runChanges(const Run& run) {
-  const CallTurn turn;  // what others would see in between is half an entry
-  if (changes_.underWay()) return run();
-  changes_.begin();
-  try {
-    sys::Status done = !secondary_ ? run() : withSecondary(run);
-    if (!done) {
-      takeBack();
-      return done;
-    }
-  } catch (...) {
-    takeBack();
-    throw;
-  }
-  secondaryInUse_ = nullptr;
-  writer_.settle(true);
-  return changes_.commit();
+  if (transaction_) return run();
+  const Ending ending(transaction_);
+  transaction_.emplace(*session_, newKeyHandles());
+  if (sys::Status begun = transaction_->begun(); !begun) return begun;
+  if (sys::Status done = secondary_.runChanges(run); !done) return done;
+  return commit();
+}
+
+sys::Status TokenStore::commit() {
+  sys::Status committed = transaction_->commit();
+  const std::optional<TokenView>& view = transaction_->token().viewSoFar();
+  std::erase_if(newKeys_,
+                [&](const KeyPairHandles& pair) { return view && !view->isNew(pair.privateKey); });
+  if (snapshot_) snapshot_.emplace(*session_, newKeyHandles());
+  return committed;
+}
+
+sys::Status TokenStore::runReading(const Run& run) {
+  if (transaction_ || snapshot_) return run();
+  const Ending ending(snapshot_);
+  snapshot_.emplace(*session_, newKeyHandles());
+  if (sys::Status begun = snapshot_->begun(); !begun) return begun;
+  return run();
 }
 
 sys::Status TokenStore::onSignerStore(const std::function<sys::Status(Store&)>& body) {
-  return !secondary_ ? body(*this) : onSecondary(body);
-}
-
-/** The secondary commits first: when it cannot, the token is still to be taken back. */
-sys::Status TokenStore::withSecondary(const std::function<sys::Status()>& body) {
-  return onSecondary([&](Store& secondary) -> sys::Status {
-    secondaryInUse_ = &secondary;
-    return inTransaction(secondary, body);
-  });
-}
-
-void TokenStore::takeBack() {
-  secondaryInUse_ = nullptr;
-  changes_.rollBack();
-  writer_.settle(false);
+  return secondary_.isLent() ? secondary_.use(body) : body(*this);
 }
 
 sys::Result<GeneratedKey> TokenStore::generateKey(int keySize) {
-  sys::Result<GeneratedKey> key = sys::Failure{ZELKM_ERR_UNKNOWN};
-  sys::Status status = inTransaction(*this, [&]() -> sys::Status {
-    key = writer_.generateKey(keySize);
-    return key ? sys::success() : sys::Status(key.failure());
-  });
-  if (!status) return status.failure();
-  return key;
+  const CallTurn turn = session_->takeTurn();
+  newKeys_.reserve(newKeys_.size() + 1);  // so that what is made is known without fail
+  sys::Result<KeyPairObjects> pair = generateKeyPair(*session_, keySize);
+  if (!pair) return pair.failure();
+  const KeyPairHandles handles{.publicKey = pair.value().publicKey.handle,
+                               .privateKey = pair.value().privateKey.handle};
+  newKeys_.push_back(handles);
+  if (snapshot_) snapshot_->addNewKey(pair.value());
+  if (transaction_) transaction_->token().addNewKey(pair.value());
+  return GeneratedKey{.publicKey = std::move(pair.value().publicKey.publicKey),
+                      .privateKey = referenceTo(handles.privateKey)};
 }
 
 sys::Result<sys::Bytes> TokenStore::sign(const PrivateKey& key, SigningDigest digest,
                                          sys::ByteView message) {
   if (!key.pkcs8.empty()) return signWith(key, digest, message);
-  sys::Result<Inventory> all = inventory();
-  if (!all) return all.failure();
-  const PrivateKeyObject* onToken = all.value().privateKey(EntryWriter::referredTo(key.reference));
-  if (onToken == nullptr) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
-  return signOnToken(*session_, *onToken, digest, message);
+  return onView([&](const TokenView& view) -> sys::Result<sys::Bytes> {
+    const PrivateKeyRef onToken = view.privateKey(referredTo(key));
+    if (!onToken) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
+    return signOnToken(*session_, *onToken, digest, message);
+  });
 }
 
 bool TokenStore::approvedOnly() const { return approvedMode(); }
@@ -323,14 +316,9 @@ sys::Result<sys::SecretBytes> TokenStore::decryptedPrivateKey(sys::ByteView encr
 }
 
 sys::Status TokenStore::unsetSecondary() {
-  if (!secondary_) return sys::Failure{ZELKM_ERR_NO_SECONDARY_KEYDB};
-  secondary_ = nullptr;
+  if (!secondary_.isLent()) return sys::Failure{ZELKM_ERR_NO_SECONDARY_KEYDB};
+  secondary_.giveBack();
   return sys::success();
-}
-
-sys::Status TokenStore::onSecondary(const std::function<sys::Status(Store&)>& body) {
-  if (secondaryInUse_ != nullptr) return body(*secondaryInUse_);
-  return secondary_(body);
 }
 
 }  // namespace zel::km::token

@@ -3,14 +3,18 @@
 
 #include <functional>
 #include <memory>
-#include <string>
+#include <optional>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "engine/km/store/store.h"
-#include "engine/km/token/changes.h"
-#include "engine/km/token/entry_writer.h"
-#include "engine/km/token/inventory.h"
+#include "engine/km/token/plan.h"
+#include "engine/km/token/secondary.h"
 #include "engine/km/token/session.h"
+#include "engine/km/token/snapshot.h"
+#include "engine/km/token/token_view.h"
+#include "engine/km/token/transaction.h"
 
 /**
  * @file
@@ -19,13 +23,11 @@
  * Its private keys do not leave it, so their entries carry references; keys that are brought in
  * become references too. It has no default key: that is
  * ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT (141) where a store would set one. The token is read
- * anew by every call, because other programs may work on it as well.
+ * once by every call, because other programs may work on it as well; a transaction reads it once
+ * for all the calls in it, and so does a snapshot.
  */
 
 namespace zel::km::token {
-
-/** StoreOnLoan runs a body on a store that others use too, alone on it meanwhile, or fails. */
-using StoreOnLoan = std::function<sys::Status(const std::function<sys::Status(Store&)>&)>;
 
 class TokenStore final : public Store {
  public:
@@ -39,7 +41,7 @@ class TokenStore final : public Store {
    * Lends the token a key database: issuers are looked for in it too, and signer certificates that
    * come along with others go into it.
    */
-  void setSecondary(StoreOnLoan secondary) { secondary_ = std::move(secondary); }
+  void setSecondary(StoreOnLoan secondary) { secondary_.lend(std::move(secondary)); }
   /** ZELKM_ERR_NO_SECONDARY_KEYDB (136) when none is lent. */
   sys::Status unsetSecondary();
 
@@ -61,6 +63,7 @@ class TokenStore final : public Store {
   sys::Status setDefault(const Label& label) override;
   sys::Status setTrusted(const Label& label, bool trusted) override;
   sys::Status runChanges(const Run& run) override;
+  sys::Status runReading(const Run& run) override;
   sys::Status onSignerStore(const std::function<sys::Status(Store&)>& body) override;
 
   sys::Result<GeneratedKey> generateKey(int keySize) override;
@@ -73,22 +76,24 @@ class TokenStore final : public Store {
  private:
   explicit TokenStore(std::unique_ptr<Session> session);
 
-  sys::Result<Inventory> inventory() const {
-    return Inventory::take(*session_, changes_.doomed(), writer_.unclaimed());
-  }
+  /** Runs a body on what lies on the token, and answers what it answers. */
+  template <typename Body>
+  std::invoke_result_t<Body, const TokenView&> onView(Body body);
+  /** The snapshot that is to be looked at; null when the token is to be read anew. */
+  Snapshot* underWay();
+  Handles newKeyHandles() const;
   sys::Result<RequestEntry> requestEntry(const PendingEntry& pending);
 
-  /** Runs the body as a transaction of the secondary key database too. */
-  sys::Status withSecondary(const std::function<sys::Status()>& body);
-  void takeBack();
-  /** Runs the body on the secondary key database. Only to be called when there is one. */
-  sys::Status onSecondary(const std::function<sys::Status(Store&)>& body);
+  /** Changes the token by what is planned on what lies on it. */
+  template <typename Planner>
+  sys::Status change(Planner planner);
+  sys::Status commit();
 
   std::unique_ptr<Session> session_;
-  Changes changes_;
-  EntryWriter writer_;
-  StoreOnLoan secondary_;           /**< empty when none is lent */
-  Store* secondaryInUse_ = nullptr; /**< while a transaction is under way */
+  Secondary secondary_;
+  std::vector<KeyPairHandles> newKeys_; /**< made here, and in no entry yet */
+  std::optional<Snapshot> snapshot_;
+  std::optional<Transaction> transaction_;
 };
 
 }  // namespace zel::km::token

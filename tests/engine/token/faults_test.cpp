@@ -194,6 +194,31 @@ TEST_P(TokenFaults, anInsertionThatFailsAtAnyCallLeavesTheTokenAsItWas) {
   EXPECT_GT(failures, 10);
 }
 
+TEST_P(TokenFaults, aChangeThatFailsWithinATransactionLeavesWhatElseWasDone) {
+  const cms::TestAuthority other("Imported");
+  KeyEntry entry{.label = "imported"_label, .certificate = other.certificate(), .privateKey = {}};
+  entry.privateKey.pkcs8 = cms::privateKeyInfo(other.key()).value();
+  const std::size_t before = objectCount();
+  const sys::Status done = inTransaction(store(), [&]() -> sys::Status {
+    EXPECT_EQ(store().insertKey(signerEntry("ca")).code(), ZELKM_OK);
+    {
+      int creations = 0;
+      const Hooks hooks([&](const std::string& function) -> CK_RV {
+        if (function != "C_CreateObject" || ++creations < 3) return CKR_OK;
+        return CKR_FUNCTION_FAILED;  // of the certificate, when its key pair is there
+      });
+      EXPECT_EQ(store().insertKey(entry).code(), ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_FUNCTION_FAILED);
+      EXPECT_EQ(creations, 3);
+    }
+    EXPECT_THAT(store().keyLabels().value(), ElementsAre("ca"));
+    EXPECT_TRUE(store().requestLabels().value().empty());
+    return sys::success();
+  });
+  EXPECT_EQ(done.code(), ZELKM_OK);
+  EXPECT_THAT(store().keyLabels().value(), ElementsAre("ca"));
+  EXPECT_EQ(objectCount(), before + 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(, TokenFaults, testing::Values(Vendor::hookedSoftHsm), vendorName);
 
 }  // namespace
