@@ -28,8 +28,8 @@ sys::Failure noDefaultKey() {
   return sys::fail(ZELKM_ERR_UNSUPPORTED_OPTION, "a certificate store has no default key");
 }
 
-sys::Status requireNoPassword(const char* password) {
-  if (password == nullptr || *password == '\0') return sys::success();
+sys::Status requireNoPassword(const sys::Password& password) {
+  if (password.empty()) return sys::success();
   return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED,
                    "a certificate store has no password");
 }
@@ -60,8 +60,8 @@ sys::Status appendWhere(const Inventory& inventory, const Test& test,
 
 }  // namespace
 
-sys::Result<std::unique_ptr<Store>> CertificateStore::open(const char* name, const char* password) {
-  if (name == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+sys::Result<std::unique_ptr<Store>> CertificateStore::open(std::string_view name,
+                                                           const sys::Password& password) {
   const sys::Result<StoreFolder> folder = StoreFolder::of(name);
   if (!folder) return folder.failure();
   if (sys::Status none = requireNoPassword(password); !none) return none.failure();

@@ -3,12 +3,13 @@
 
 #include <functional>
 #include <memory>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "engine/km/certstore/changes.h"
 #include "engine/km/certstore/inventory.h"
 #include "engine/km/store/pkcs8_store.h"
+#include "engine/sys/password.h"
 
 /**
  * @file
@@ -24,13 +25,14 @@ namespace zel::km::certstore {
 class CertificateStore final : public Pkcs8Store {
  public:
   /**
-   * Opens a store; name and password as the C interface has them, the password may be null.
+   * Opens a store.
    *
    *  - ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST (137): there is no such store.
    *  - ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED (139): there is no password to give.
    *  - ZELKM_ERR_FILE_OPEN_NOT_ALLOWED (90): its folder is not the user's alone.
    */
-  static sys::Result<std::unique_ptr<Store>> open(const char* name, const char* password);
+  static sys::Result<std::unique_ptr<Store>> open(std::string_view name,
+                                                  const sys::Password& password);
 
   sys::Result<std::vector<Label>> keyLabels() override;
   sys::Result<std::vector<Label>> requestLabels() override;

@@ -1,5 +1,9 @@
 #include "engine/km/face/locators.h"
 
+#include <utility>
+
+#include "engine/sys/modified_utf8.h"
+
 namespace zel::km {
 
 sys::Status atLocator(const KeyDbLocator* locator, const LocatorCases& cases) {
@@ -16,6 +20,25 @@ sys::Status atLocator(const KeyDbLocator* locator, const LocatorCases& cases) {
     default:
       return sys::Failure{ZELKM_ERR_INVALID_DATABASE_TYPE};
   }
+}
+
+sys::Result<std::string> moduleNameArgument(const char* moduleName) {
+  if (moduleName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  return sys::toUtf8(moduleName);
+}
+
+sys::Result<token::TokenName> tokenAt(const KeyDbLocator& locator) {
+  sys::Result<std::string> module = moduleNameArgument(locator.moduleName);
+  if (!module) return module.failure();
+  if (locator.tokenLabel == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  sys::Result<Label> label = Label::given(locator.tokenLabel);
+  if (!label) return sys::Failure{ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST};
+  return token::TokenName{std::move(module).value(), std::move(label).value()};
+}
+
+sys::Result<std::string_view> certificateStoreAt(const KeyDbLocator& locator) {
+  if (locator.tokenLabel == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+  return std::string_view(locator.tokenLabel);
 }
 
 }  // namespace zel::km

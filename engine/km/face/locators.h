@@ -2,8 +2,11 @@
 #define ZEL_KM_FACE_LOCATORS_H_
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 #include "bridge/kmlib/zelkm.h"
+#include "engine/km/token/token_access.h"
 #include "engine/sys/result.h"
 
 /**
@@ -33,6 +36,18 @@ struct LocatorCases {
  *  - ZELKM_ERR_INVALID_DATABASE_TYPE (134): no kind of store.
  */
 sys::Status atLocator(const KeyDbLocator* locator, const LocatorCases& cases);
+
+/** The name of a module. ZELKM_ERR_NULL_PARAMETER (66), ZELKM_ERR_PARAMETER (65). */
+sys::Result<std::string> moduleNameArgument(const char* moduleName);
+
+/**
+ * The token that a locator names. The codes of moduleNameArgument, and
+ * ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST (137) for a text that no token has as its label.
+ */
+sys::Result<token::TokenName> tokenAt(const KeyDbLocator& locator);
+
+/** The certificate store that a locator names. ZELKM_ERR_NULL_PARAMETER (66) for no name. */
+sys::Result<std::string_view> certificateStoreAt(const KeyDbLocator& locator);
 
 }  // namespace zel::km
 

@@ -48,13 +48,20 @@ sys::Status open(const char* fileName, const char* password, int* handle) {
 
 sys::Status openToken(const KeyDbLocator& locator, int* handle) {
   if (sys::Status output = requireOutput(handle); !output) return output;
-  return handOut(token::TokenStore::open(locator.moduleName, locator.tokenLabel, locator.password),
-                 handle);
+  const sys::Result<token::TokenName> name = tokenAt(locator);
+  if (!name) return name.failure();
+  const sys::Result<sys::Password> pin = sys::Password::givenOrEmpty(locator.password);
+  if (!pin) return pin.failure();
+  return handOut(token::TokenStore::open(name.value(), pin.value()), handle);
 }
 
 sys::Status openCertificateStore(const KeyDbLocator& locator, int* handle) {
   if (sys::Status output = requireOutput(handle); !output) return output;
-  return handOut(certstore::CertificateStore::open(locator.tokenLabel, locator.password), handle);
+  const sys::Result<std::string_view> name = certificateStoreAt(locator);
+  if (!name) return name.failure();
+  const sys::Result<sys::Password> password = sys::Password::givenOrEmpty(locator.password);
+  if (!password) return password.failure();
+  return handOut(certstore::CertificateStore::open(name.value(), password.value()), handle);
 }
 
 }  // namespace

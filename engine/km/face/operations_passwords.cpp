@@ -47,16 +47,30 @@ sys::Status askFile(const char* fileName, unsigned char* required) {
 }
 
 sys::Status askToken(const KeyDbLocator& locator, unsigned char* required) {
-  sys::Result<bool> needed = token::isPinRequired(locator.moduleName, locator.tokenLabel);
+  const sys::Result<token::TokenName> name = tokenAt(locator);
+  if (!name) return name.failure();
+  const sys::Result<bool> needed = token::isPinRequired(name.value());
   if (!needed) return needed.failure();
   *required = needed.value() ? 1 : 0;
   return sys::success();
 }
 
+sys::Status changePin(const KeyDbLocator& locator) {
+  const sys::Result<token::TokenName> name = tokenAt(locator);
+  if (!name) return name.failure();
+  if (locator.newPassword == nullptr) return sys::Failure{ZELKM_ERR_NEW_PASSWORD};
+  const sys::Result<sys::Password> oldPin = sys::Password::givenOrEmpty(locator.password);
+  if (!oldPin) return oldPin.failure();
+  const sys::Result<sys::Password> newPin = sys::Password::given(locator.newPassword);
+  if (!newPin) return newPin.failure();
+  return token::changeTokenPin(name.value(), oldPin.value(), newPin.value());
+}
+
 /** ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST (137) when no certificate store has the name. */
 sys::Status requireStore(const KeyDbLocator& locator) {
-  if (locator.tokenLabel == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-  const sys::Result<certstore::StoreFolder> folder = certstore::StoreFolder::of(locator.tokenLabel);
+  const sys::Result<std::string_view> name = certificateStoreAt(locator);
+  if (!name) return name.failure();
+  const sys::Result<certstore::StoreFolder> folder = certstore::StoreFolder::of(name.value());
   return folder ? sys::success() : folder.failure();
 }
 
@@ -85,11 +99,7 @@ int ZELKM_ChangeKeyDbPwdX(const KeyDbLocator* locator) {
         locator,
         {.keyDatabase =
              [&] { return change(locator->fileName, locator->password, locator->newPassword, 0); },
-         .token =
-             [&] {
-               return token::changeTokenPin(locator->moduleName, locator->tokenLabel,
-                                            locator->password, locator->newPassword);
-             },
+         .token = [&] { return changePin(*locator); },
          .certificateStore = [&] { return changeStore(*locator); }});
   });
 }

@@ -6,7 +6,9 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "engine/km/certstore/store_folder.h"
+#include "engine/km/face/entry_arguments.h"
 #include "engine/km/face/label_list.h"
+#include "engine/km/face/locators.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/key_database.h"
 #include "engine/km/token/token_access.h"
@@ -52,10 +54,12 @@ int onToken(const char* operation, int handle, Body&& body) {
 
 int ZELKM_GetCryptoTokenLabelList(const char* moduleName, ZELKMLabelList** list) {
   return answering(__func__, [&]() -> sys::Status {
-    if (moduleName == nullptr || list == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
+    if (sys::Status given = requireOutput(list); !given) return given;
+    const sys::Result<std::string> module = moduleNameArgument(moduleName);
+    if (!module) return module.failure();
     // The certificate stores stand in for the tokens of a module without a name.
     sys::Result<std::vector<Label>> labels =
-        *moduleName == '\0' ? certstore::storeNames() : token::listTokenLabels(moduleName);
+        module.value().empty() ? certstore::storeNames() : token::listTokenLabels(module.value());
     if (!labels) return labels.failure();
     *list = labelListOf(labels.value()).release();
     return sys::success();

@@ -9,7 +9,6 @@
 #include <utility>
 
 #include "engine/km/token/module_name.h"
-#include "engine/sys/modified_utf8.h"
 #include "engine/sys/mutex.h"
 #include "engine/sys/trace.h"
 
@@ -73,9 +72,7 @@ class Libraries {
 }  // namespace
 
 sys::Result<NamedModule> loadModule(std::string_view name) {
-  sys::Result<std::string> text = sys::toUtf8(name);
-  if (!text) return text.failure();
-  ModuleName resolved = resolveModuleName(text.value());
+  ModuleName resolved = resolveModuleName(std::string(name));
   sys::Result<Library*> library = Libraries::instance().load(resolved.file);
   if (!library) return library.failure();
   return NamedModule{.library = library.value(), .arguments = std::move(resolved.arguments)};

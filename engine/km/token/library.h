@@ -47,7 +47,7 @@ struct NamedModule {
 };
 
 /**
- * Loads the module of that name (module_name.h), which is modified UTF-8.
+ * Loads the module of that name (module_name.h).
  * ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LIBRARY_NOT_LOADED (140): no such file, or no PKCS #11 module.
  */
 sys::Result<NamedModule> loadModule(std::string_view name);

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "engine/km/token/cryptoki_codes.h"
-#include "engine/sys/modified_utf8.h"
 #include "engine/sys/trace.h"
 
 namespace zel::km::token {
@@ -14,11 +13,9 @@ namespace {
 /** The signature of the largest RSA key that is handled, 16384 bits. */
 constexpr std::size_t kLongestSignature = 2048;
 
-sys::Result<sys::SecretBlock> pinBlock(const char* password) {
-  sys::Result<sys::SecretBytes> pin = sys::secretToUtf8(password == nullptr ? "" : password);
-  if (!pin) return pin.failure();
-  sys::SecretBlock block(pin.value().size());
-  std::copy(pin.value().begin(), pin.value().end(), block.bytes().begin());
+sys::SecretBlock pinBlock(const sys::Password& pin) {
+  sys::SecretBlock block(pin.bytes().size());
+  std::ranges::copy(pin.bytes(), block.bytes().begin());
   return block;
 }
 
@@ -38,19 +35,15 @@ sys::Failure newPinFailure(CK_RV rv, const Token& token, std::size_t length) {
 }  // namespace
 
 sys::Result<std::unique_ptr<Session>> Session::open(std::shared_ptr<Module> module, Token token,
-                                                    const char* password) {
-  sys::Result<sys::SecretBlock> pin = pinBlock(password);
-  if (!pin) return pin.failure();
-  const bool given = !pin.value().bytes().empty();
-  if (token.wantsPin() && !given) {
+                                                    const sys::Password& pin) {
+  if (token.wantsPin() && pin.empty()) {
     return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_REQUIRED, "the token wants a PIN");
   }
-  if (!token.wantsPin() && given) {
+  if (!token.wantsPin() && !pin.empty()) {
     return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED,
                      "the token takes no PIN from a program");
   }
-  std::unique_ptr<Session> session(
-      new Session(std::move(module), std::move(token), std::move(pin).value()));
+  std::unique_ptr<Session> session(new Session(std::move(module), std::move(token), pinBlock(pin)));
   sys::Status opened = session->openHandle();
   if (!opened) return opened.failure();
   return session;
@@ -74,14 +67,12 @@ sys::Status Session::openHandle() {
   return sys::success();
 }
 
-sys::Status Session::changePin(const char* newPassword) {
-  sys::Result<sys::SecretBlock> pin = pinBlock(newPassword);
-  if (!pin) return pin.failure();
-  sys::Result<CK_RV> rv =
-      module_->changePin(token_.slot, handle_, pin_.bytes(), pin.value().bytes());
+sys::Status Session::changePin(const sys::Password& newPin) {
+  sys::SecretBlock pin = pinBlock(newPin);
+  sys::Result<CK_RV> rv = module_->changePin(token_.slot, handle_, pin_.bytes(), pin.bytes());
   if (!rv) return rv.failure();
-  if (rv.value() != CKR_OK) return newPinFailure(rv.value(), token_, pin.value().bytes().size());
-  pin_ = std::move(pin).value();
+  if (rv.value() != CKR_OK) return newPinFailure(rv.value(), token_, pin.bytes().size());
+  pin_ = std::move(pin);
   return sys::success();
 }
 

@@ -11,6 +11,7 @@
 #include "engine/km/token/attributes.h"
 #include "engine/km/token/module.h"
 #include "engine/km/token/slots.h"
+#include "engine/sys/password.h"
 #include "engine/sys/secrets.h"
 
 /**
@@ -35,8 +36,7 @@ struct KeyPairHandles {
 class Session {
  public:
   /**
-   * Opens a session and logs in, where the token wants that. The password is modified UTF-8, or
-   * null.
+   * Opens a session and logs in, where the token wants that.
    *
    *  - ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_REQUIRED (138): the token wants a PIN.
    *  - ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED (139): a PIN for a token that takes
@@ -44,7 +44,7 @@ class Session {
    *  - the codes of Module::openSession.
    */
   static sys::Result<std::unique_ptr<Session>> open(std::shared_ptr<Module> module, Token token,
-                                                    const char* password);
+                                                    const sys::Password& pin);
 
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -56,7 +56,7 @@ class Session {
   CallTurn takeTurn() const { return module_->takeTurn(); }
 
   /** Changes the token's PIN; the code of a new PIN that the token does not take is 130 or 69. */
-  sys::Status changePin(const char* newPassword);
+  sys::Status changePin(const sys::Password& newPin);
 
   /** The objects that have all attributes of the template. */
   sys::Result<std::vector<CK_OBJECT_HANDLE>> find(const Template& wanted) const;

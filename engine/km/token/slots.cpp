@@ -74,7 +74,7 @@ sys::Result<std::vector<Token>> listTokens(const Module& module) {
   return tokens;
 }
 
-sys::Result<Token> findToken(const Module& module, std::string_view label) {
+sys::Result<Token> findToken(const Module& module, const Label& label) {
   sys::Result<std::vector<Token>> tokens = listTokens(module);
   if (!tokens) return tokens.failure();
   if (tokens.value().empty()) return sys::fail(ZELKM_ERR_NO_TOKEN_PRESENT, "no token is present");
@@ -82,7 +82,7 @@ sys::Result<Token> findToken(const Module& module, std::string_view label) {
     if (token.label == label) return token;
   }
   return sys::fail(ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST, "no token has the label \"%s\"",
-                   std::string(label).c_str());
+                   label.c_str());
 }
 
 }  // namespace zel::km::token

@@ -40,7 +40,7 @@ sys::Result<std::vector<Token>> listTokens(const Module& module);
  * ZELKM_ERR_NO_TOKEN_PRESENT (151) when the module has no token at all,
  * ZELKM_ERR_CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST (137) when none has the label.
  */
-sys::Result<Token> findToken(const Module& module, std::string_view label);
+sys::Result<Token> findToken(const Module& module, const Label& label);
 
 }  // namespace zel::km::token
 

@@ -11,10 +11,9 @@ namespace {
 
 /** Runs a body on the module of that name, in one turn. */
 template <typename Body>
-auto onModule(const char* moduleName, Body body)
+auto onModule(const std::string& name, Body body)
     -> std::invoke_result_t<Body, std::shared_ptr<Module>> {
-  if (moduleName == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-  sys::Result<NamedModule> named = loadModule(moduleName);
+  sys::Result<NamedModule> named = loadModule(name);
   if (!named) return named.failure();
   const CallTurn turn(named.value().library->turns);
   sys::Result<std::shared_ptr<Module>> module = Module::open(named.value());
@@ -24,12 +23,11 @@ auto onModule(const char* moduleName, Body body)
 
 /** Runs a body on the token of that label, in one turn. */
 template <typename Body>
-auto onToken(const char* moduleName, const char* tokenLabel, Body body)
+auto onToken(const TokenName& name, Body body)
     -> std::invoke_result_t<Body, std::shared_ptr<Module>, Token> {
   using Answer = std::invoke_result_t<Body, std::shared_ptr<Module>, Token>;
-  if (tokenLabel == nullptr) return sys::Failure{ZELKM_ERR_NULL_PARAMETER};
-  return onModule(moduleName, [&](std::shared_ptr<Module> module) -> Answer {
-    sys::Result<Token> token = findToken(*module, tokenLabel);
+  return onModule(name.module, [&](std::shared_ptr<Module> module) -> Answer {
+    sys::Result<Token> token = findToken(*module, name.label);
     if (!token) return token.failure();
     return body(std::move(module), std::move(token).value());
   });
@@ -37,10 +35,10 @@ auto onToken(const char* moduleName, const char* tokenLabel, Body body)
 
 }  // namespace
 
-sys::Result<std::vector<Label>> listTokenLabels(const char* moduleName) {
+sys::Result<std::vector<Label>> listTokenLabels(const std::string& module) {
   using Labels = sys::Result<std::vector<Label>>;
-  return onModule(moduleName, [](const std::shared_ptr<Module>& module) -> Labels {
-    sys::Result<std::vector<Token>> tokens = listTokens(*module);
+  return onModule(module, [](const std::shared_ptr<Module>& opened) -> Labels {
+    sys::Result<std::vector<Token>> tokens = listTokens(*opened);
     if (!tokens) return tokens.failure();
     std::vector<Label> labels;
     labels.reserve(tokens.value().size());
@@ -49,30 +47,26 @@ sys::Result<std::vector<Label>> listTokenLabels(const char* moduleName) {
   });
 }
 
-sys::Result<bool> isPinRequired(const char* moduleName, const char* tokenLabel) {
-  return onToken(moduleName, tokenLabel,
-                 [](const std::shared_ptr<Module>&, const Token& token) -> sys::Result<bool> {
-                   return token.wantsPin();
-                 });
-}
-
-sys::Result<std::unique_ptr<Session>> openToken(const char* moduleName, const char* tokenLabel,
-                                                const char* password) {
-  return onToken(moduleName, tokenLabel, [&](std::shared_ptr<Module> module, Token token) {
-    return Session::open(std::move(module), std::move(token), password);
+sys::Result<bool> isPinRequired(const TokenName& name) {
+  return onToken(name, [](const std::shared_ptr<Module>&, const Token& token) -> sys::Result<bool> {
+    return token.wantsPin();
   });
 }
 
-sys::Status changeTokenPin(const char* moduleName, const char* tokenLabel, const char* oldPassword,
-                           const char* newPassword) {
-  if (newPassword == nullptr) return sys::Failure{ZELKM_ERR_NEW_PASSWORD};
-  return onToken(moduleName, tokenLabel,
-                 [&](std::shared_ptr<Module> module, Token token) -> sys::Status {
-                   sys::Result<std::unique_ptr<Session>> session =
-                       Session::open(std::move(module), std::move(token), oldPassword);
-                   if (!session) return session.failure();
-                   return session.value()->changePin(newPassword);
-                 });
+sys::Result<std::unique_ptr<Session>> openToken(const TokenName& name, const sys::Password& pin) {
+  return onToken(name, [&](std::shared_ptr<Module> module, Token token) {
+    return Session::open(std::move(module), std::move(token), pin);
+  });
+}
+
+sys::Status changeTokenPin(const TokenName& name, const sys::Password& oldPin,
+                           const sys::Password& newPin) {
+  return onToken(name, [&](std::shared_ptr<Module> module, Token token) -> sys::Status {
+    sys::Result<std::unique_ptr<Session>> session =
+        Session::open(std::move(module), std::move(token), oldPin);
+    if (!session) return session.failure();
+    return session.value()->changePin(newPin);
+  });
 }
 
 }  // namespace zel::km::token

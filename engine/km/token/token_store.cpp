@@ -67,9 +67,9 @@ class Ending {
 
 }  // namespace
 
-sys::Result<std::unique_ptr<Store>> TokenStore::open(const char* moduleName, const char* tokenLabel,
-                                                     const char* password) {
-  sys::Result<std::unique_ptr<Session>> session = openToken(moduleName, tokenLabel, password);
+sys::Result<std::unique_ptr<Store>> TokenStore::open(const TokenName& name,
+                                                     const sys::Password& pin) {
+  sys::Result<std::unique_ptr<Session>> session = openToken(name, pin);
   if (!session) return session.failure();
   return std::unique_ptr<Store>(new TokenStore(std::move(session).value()));
 }

@@ -13,6 +13,7 @@
 #include "engine/km/token/secondary.h"
 #include "engine/km/token/session.h"
 #include "engine/km/token/snapshot.h"
+#include "engine/km/token/token_access.h"
 #include "engine/km/token/token_view.h"
 #include "engine/km/token/transaction.h"
 
@@ -31,9 +32,8 @@ namespace zel::km::token {
 
 class TokenStore final : public Store {
  public:
-  /** Opens a token; names and password as the C interface has them, the password may be null. */
-  static sys::Result<std::unique_ptr<Store>> open(const char* moduleName, const char* tokenLabel,
-                                                  const char* password);
+  /** Opens a token; the codes of openToken. */
+  static sys::Result<std::unique_ptr<Store>> open(const TokenName& name, const sys::Password& pin);
 
   ~TokenStore() override;
 

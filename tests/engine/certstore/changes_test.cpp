@@ -27,7 +27,7 @@ class StoreChanges : public StoreTest {
 
   cms::TestAuthority owner_{"Owner"};
   cms::TestAuthority other_{"Other"};
-  std::unique_ptr<Store> store_ = CertificateStore::open(kMy, nullptr).value();
+  std::unique_ptr<Store> store_ = CertificateStore::open(kMy, {}).value();
 };
 
 TEST_F(StoreChanges, StayWhenAllSucceed) {

@@ -63,8 +63,7 @@ TEST_P(TokenEntries, aRequestBecomesAnEntryWithItsCertificate) {
 TEST_P(TokenEntries, whatBelongsTogetherHasOneIdAndOneLabel) {
   const KeyEntry entry = newEntry("web");
   ASSERT_EQ(store().insertKey(entry).code(), ZELKM_OK);
-  const sys::Result<std::unique_ptr<Session>> session =
-      openToken(moduleName().c_str(), label().c_str(), kPin);
+  const sys::Result<std::unique_ptr<Session>> session = openToken(tokenName(), password(kPin));
   Template wanted;
   wanted.addBytes(CKA_ID, keyIdentifier(publicKeyOf(entry.certificate)).value());
   const std::vector<CK_OBJECT_HANDLE> objects = session.value()->find(wanted).value();

@@ -54,8 +54,7 @@ TEST_P(TokenKeys, keepsPrivateKeysToItself) {
   imported.privateKey.pkcs8 = cms::privateKeyInfo(other.key()).value();
   ASSERT_EQ(store().insertKey(imported).code(), ZELKM_OK);
 
-  const sys::Result<std::unique_ptr<Session>> session =
-      openToken(moduleName().c_str(), label().c_str(), kPin);
+  const sys::Result<std::unique_ptr<Session>> session = openToken(tokenName(), password(kPin));
   Template wanted;
   wanted.addNumber(CKA_CLASS, CKO_PRIVATE_KEY);
   const std::vector<CK_OBJECT_HANDLE> keys = session.value()->find(wanted).value();

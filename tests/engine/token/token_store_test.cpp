@@ -6,6 +6,7 @@
 #include "engine/cms/requests.h"
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_store.h"
+#include "tests/engine/stores/labels.h"
 
 namespace zel::km::token {
 
@@ -34,7 +35,7 @@ void TokenStoreTest::reopen() {
 }
 
 sys::Result<std::unique_ptr<Store>> TokenStoreTest::openStore() const {
-  return TokenStore::open(moduleName().c_str(), label().c_str(), kPin);
+  return TokenStore::open(tokenName(), password(kPin));
 }
 
 GeneratedKey TokenStoreTest::newKey() {
@@ -97,8 +98,7 @@ bool TokenStoreTest::signs(const PrivateKey& key, const sys::Bytes& publicKey,
 }
 
 std::size_t TokenStoreTest::objectCount() {
-  sys::Result<std::unique_ptr<Session>> session =
-      openToken(moduleName().c_str(), label().c_str(), kPin);
+  sys::Result<std::unique_ptr<Session>> session = openToken(tokenName(), password(kPin));
   EXPECT_EQ(session.code(), ZELKM_OK);
   Template all;
   all.addFlag(CKA_TOKEN, true);

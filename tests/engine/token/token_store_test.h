@@ -5,6 +5,7 @@
 #include <string>
 
 #include "engine/km/store/store.h"
+#include "engine/km/token/token_access.h"
 #include "tests/engine/token/test_token.h"
 
 namespace zel::km::token {
@@ -18,6 +19,7 @@ class TokenStoreTest : public TokenTest {
   /** Closes the token and opens it again, as another program would. */
   void reopen();
   void close() { store_.reset(); }
+  TokenName tokenName() const { return {moduleName(), Label::ofName(label())}; }
   sys::Result<std::unique_ptr<Store>> openStore() const;
 
   /** A new key on the token, of 256 bits. */
