@@ -5,7 +5,6 @@
 #include <chrono>
 #include <thread>
 
-#include "engine/cms/openssl_ptr.h"
 #include "engine/km/keydb/creation.h"
 #include "engine/km/keydb/key_database.h"
 #include "tests/engine/stores/labels.h"
@@ -17,28 +16,6 @@ namespace {
 PasswordOrStash passwordOf(const char* text) { return password(text); }
 
 }  // namespace
-
-KeyEntry entryOf(const std::string& label, const cms::TestAuthority& authority) {
-  KeyEntry entry;
-  entry.label = Label::ofName(label);
-  entry.certificate = authority.certificate();
-  entry.privateKey.pkcs8 = cms::privateKeyInfo(authority.key()).value();
-  return entry;
-}
-
-RequestEntry requestOf(const std::string& label, const cms::TestAuthority& authority) {
-  auto& key = const_cast<EVP_PKEY&>(authority.key());
-  const cms::RequestPtr request(X509_REQ_new());
-  X509_REQ_set_subject_name(request.get(),
-                            cms::decodeDer<cms::NamePtr>(d2i_X509_NAME, authority.name()).get());
-  X509_REQ_set_pubkey(request.get(), &key);
-  X509_REQ_sign(request.get(), &key, EVP_sha256());
-  RequestEntry entry;
-  entry.label = Label::ofName(label);
-  entry.request = cms::encodeDer(i2d_X509_REQ, request.get());
-  entry.privateKey.pkcs8 = cms::privateKeyInfo(key).value();
-  return entry;
-}
 
 FilledDatabaseTest::FilledDatabaseTest() {
   store_ = createKeyDatabase(fileName(file_), password(kPassword), {}).value();

@@ -11,6 +11,7 @@
 #include "engine/sys/bytes.h"
 #include "tests/engine/cms/tools.h"
 #include "tests/engine/km/key_database.h"
+#include "tests/engine/stores/test_entries.h"
 
 /**
  * @file
@@ -18,11 +19,6 @@
  */
 
 namespace zel::km {
-
-/** An entry for the authority's certificate, with its key. */
-KeyEntry entryOf(const std::string& label, const cms::TestAuthority& authority);
-/** A pending request of the authority, with its key. */
-RequestEntry requestOf(const std::string& label, const cms::TestAuthority& authority);
 
 /** The test of a database with two keys, "one" (the default) and "two" (trusted), and a request. */
 class FilledDatabaseTest : public testing::Test {

@@ -1,19 +1,10 @@
 #include "tests/engine/token/test_token.h"
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
 
 namespace zel::km::token {
 
 namespace {
-
-constexpr const char* kSoftHsmLabel = "T\u00f6k\u20acn";
-
-void runOrFail(const std::string& command) {
-  const cms::CommandResult result = cms::run(command);
-  if (result.exitCode != 0) ADD_FAILURE() << command << "\n" << result.output;
-}
 
 std::vector<std::string> taken(ZELKMLabelList* list) {
   std::vector<std::string> found;
@@ -25,31 +16,6 @@ std::vector<std::string> taken(ZELKMLabelList* list) {
 }
 
 }  // namespace
-
-SoftHsm::SoftHsm(const cms::TemporaryFolder& folder) {
-  std::filesystem::create_directory(folder.path("tokens"));
-  const std::string settings = "directories.tokendir = " + folder.path("tokens") +
-                               "\nobjectstore.backend = file\nlog.level = ERROR\n";
-  setenv("SOFTHSM2_CONF", folder.write("softhsm2.conf", cms::text(settings)).c_str(), 1);
-}
-
-void SoftHsm::addToken(const std::string& label) const {
-  runOrFail("softhsm2-util --init-token --free --so-pin 12345678 --pin " + std::string(kPin) +
-            " --label '" + label + "'");
-}
-
-NssDatabase::NssDatabase(const cms::TemporaryFolder& folder, Pin pin, const std::string& name)
-    : folder_(folder.path(name)),
-      pinFile_(folder.write("pin.txt", cms::text(std::string(kPin) + "\n"))) {
-  std::filesystem::create_directory(folder_);
-  runOrFail("certutil -N -d " + this->folder() +
-            (pin == Pin::none ? " --empty-password" : " -f " + pinFile_));
-}
-
-std::string NssDatabase::moduleName() const {
-  return "libsoftokn3.so?args=configdir='" + folder() +
-         "' certPrefix='' keyPrefix='' secmod='secmod.db' flags=";
-}
 
 TokenTest::TokenTest() {
   if (GetParam() == Vendor::nss) {

@@ -9,6 +9,7 @@
 
 #include "bridge/kmlib/zelkm.h"
 #include "tests/engine/cms/tools.h"
+#include "tests/engine/token/makers.h"
 
 /**
  * @file
@@ -20,9 +21,6 @@
  */
 
 namespace zel::km::token {
-
-inline constexpr const char* kPin = "123456";
-inline constexpr const char* kWrongPin = "654321";
 
 /** The hooked SoftHSM is for tests that fail it on purpose (hooks.h). */
 enum class Vendor { softHsm, nss, hookedSoftHsm };
@@ -43,34 +41,6 @@ inline std::string vendorName(const testing::TestParamInfo<Vendor>& info) {
   return nameOf(info.param);
 }
 inline void PrintTo(Vendor vendor, std::ostream* out) { *out << nameOf(vendor); }
-
-inline constexpr const char* kNssLabel = "NSS Certificate DB";
-inline constexpr const char* kSoftHsmModule = "/usr/lib/softhsm/libsofthsm2.so";
-
-/** SoftHSM 2 with a token directory of its own; SOFTHSM2_CONF points to it. */
-class SoftHsm {
- public:
-  explicit SoftHsm(const cms::TemporaryFolder& folder);
-  /** Adds a token whose PIN is kPin. */
-  void addToken(const std::string& label) const;
-};
-
-/** NSS softokn with a key database of its own, which is its token. */
-class NssDatabase {
- public:
-  enum class Pin { wanted, none };
-
-  explicit NssDatabase(const cms::TemporaryFolder& folder, Pin pin = Pin::wanted,
-                       const std::string& name = "nss");
-  std::string moduleName() const;
-  /** As certutil and its like take it. */
-  std::string folder() const { return "sql:" + folder_; }
-  std::string pinFile() const { return pinFile_; }
-
- private:
-  std::string folder_;
-  std::string pinFile_;
-};
 
 /** A test with a new token. */
 class TokenTest : public testing::TestWithParam<Vendor> {

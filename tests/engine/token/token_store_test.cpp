@@ -2,28 +2,11 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/cms/names.h"
-#include "engine/cms/openssl_ptr.h"
-#include "engine/cms/requests.h"
 #include "engine/km/token/token_access.h"
 #include "engine/km/token/token_store.h"
 #include "tests/engine/stores/labels.h"
 
 namespace zel::km::token {
-
-namespace {
-
-const EVP_MD* messageDigest(SigningDigest digest) {
-  switch (digest) {
-    case SigningDigest::sha384:
-      return EVP_sha384();
-    case SigningDigest::sha512:
-      return EVP_sha512();
-    default:
-      return EVP_sha256();
-  }
-}
-
-}  // namespace
 
 TokenStoreTest::TokenStoreTest() { reopen(); }
 
@@ -45,15 +28,7 @@ GeneratedKey TokenStoreTest::newKey() {
 }
 
 sys::Bytes TokenStoreTest::requestFor(const GeneratedKey& key, const std::string& commonName) {
-  const cms::RequestPlan plan{.subject = cms::encodeName({.cn = commonName}).value(),
-                              .publicKeyInfo = key.publicKey};
-  sys::Result<sys::Bytes> request =
-      cms::buildRequest(plan, cms::describePublicKey(key.publicKey).value(), cms::kByKeyStrength,
-                        [&](SigningDigest digest, sys::ByteView message) {
-                          return store().sign(key.privateKey, digest, message);
-                        });
-  EXPECT_EQ(request.code(), ZELKM_OK);
-  return std::move(request).value();
+  return requestBy(store(), key, commonName);
 }
 
 sys::Bytes TokenStoreTest::certificateFor(const sys::Bytes& publicKey,
@@ -78,23 +53,14 @@ KeyEntry TokenStoreTest::newEntry(const std::string& entryLabel) {
 }
 
 KeyEntry TokenStoreTest::signerEntry(const std::string& entryLabel) const {
-  return {.label = Label::ofName(entryLabel),
-          .certificate = authority_.certificate(),
-          .privateKey = {}};
+  return signerEntryOf(entryLabel, authority_);
 }
 
 bool TokenStoreTest::signs(const PrivateKey& key, const sys::Bytes& publicKey,
                            SigningDigest digest) {
   const sys::ByteView message = cms::text("what is to be signed");
   const sys::Result<sys::Bytes> signature = store().sign(key, digest, message);
-  if (!signature) return false;
-  const unsigned char* at = publicKey.data();
-  const cms::KeyPtr verifier(d2i_PUBKEY(nullptr, &at, static_cast<long>(publicKey.size())));
-  const std::unique_ptr<EVP_MD_CTX, cms::Releaser<EVP_MD_CTX_free>> context(EVP_MD_CTX_new());
-  return EVP_DigestVerifyInit(context.get(), nullptr, messageDigest(digest), nullptr,
-                              verifier.get()) == 1 &&
-         EVP_DigestVerify(context.get(), signature.value().data(), signature.value().size(),
-                          message.data(), message.size()) == 1;
+  return signature && isSignature(signature.value(), message, digest, publicKey);
 }
 
 std::size_t TokenStoreTest::objectCount() {
@@ -103,10 +69,6 @@ std::size_t TokenStoreTest::objectCount() {
   Template all;
   all.addFlag(CKA_TOKEN, true);
   return session.value()->find(all).value().size();
-}
-
-sys::Bytes publicKeyOf(const sys::Bytes& certificate) {
-  return cms::readCertificateKeys(certificate).value().publicKeyInfo;
 }
 
 }  // namespace zel::km::token

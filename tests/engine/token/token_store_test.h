@@ -6,6 +6,7 @@
 
 #include "engine/km/store/store.h"
 #include "engine/km/token/token_access.h"
+#include "tests/engine/stores/test_entries.h"
 #include "tests/engine/token/test_token.h"
 
 namespace zel::km::token {
@@ -46,9 +47,6 @@ class TokenStoreTest : public TokenTest {
  private:
   std::unique_ptr<Store> store_;
 };
-
-/** The SubjectPublicKeyInfo of a certificate. */
-sys::Bytes publicKeyOf(const sys::Bytes& certificate);
 
 }  // namespace zel::km::token
 

@@ -4,8 +4,8 @@
 
 #include "engine/cms/epki.h"
 #include "engine/cms/pem.h"
-#include "tests/engine/km/filled_database.h"
 #include "tests/engine/stores/labels.h"
+#include "tests/engine/stores/test_entries.h"
 
 namespace zel::km {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/engine/km/filled_database.h"
+#include "tests/engine/stores/test_entries.h"
 #include "tests/engine/work/work_test.h"
 
 namespace zel::km {

@@ -5,7 +5,7 @@
 #include "engine/cms/names.h"
 #include "engine/cms/pem.h"
 #include "engine/cms/requests.h"
-#include "tests/engine/km/filled_database.h"
+#include "tests/engine/stores/test_entries.h"
 #include "tests/engine/work/work_test.h"
 
 namespace zel::km {

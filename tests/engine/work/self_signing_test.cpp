@@ -4,7 +4,7 @@
 
 #include "engine/cms/certificates.h"
 #include "engine/cms/names.h"
-#include "tests/engine/km/filled_database.h"
+#include "tests/engine/stores/test_entries.h"
 #include "tests/engine/work/failing_store.h"
 #include "tests/engine/work/work_test.h"
 
