@@ -6,7 +6,9 @@ import javax.crypto.EncryptedPrivateKeyInfo;
 import javax.crypto.SecretKeyFactory;
 import javax.crypto.spec.PBEKeySpec;
 
-/** {@code java EncryptedKey.java encrypt|decrypt SOURCE TARGET PASSWORD}: PBES2 as the JDK has it. */
+/**
+ * {@code java EncryptedKey.java encrypt|decrypt SOURCE TARGET PASSWORD}: PBES2 as the JDK has it.
+ */
 class EncryptedKey {
   public static void main(String[] arguments) throws Exception {
     byte[] source = Files.readAllBytes(Path.of(arguments[1]));

@@ -125,7 +125,8 @@ class CMSKeyDatabaseTest {
   void aPendingRequestIsListedAndDeletedButNotRead() throws Exception {
     try (var newer = com.nelo.zel.vosmar.basic.CMSKeyDatabase.open(file, PASSWORD)) {
       newer.certificates().createRequest(
-          new NewCertificateRequest("request", NAME, KeyType.ec(256), folder.resolve("request.csr")));
+          new NewCertificateRequest(
+              "request", NAME, KeyType.ec(256), folder.resolve("request.csr")));
     }
     try (CMSKeyDatabase db = CMSKeyDatabase.open(file, PASSWORD)) {
       assertEquals(List.of("request"), db.labels().requests());

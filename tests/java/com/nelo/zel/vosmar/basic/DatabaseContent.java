@@ -8,7 +8,11 @@ import java.util.List;
 record DatabaseContent(List<Entry> keys, List<Entry> requests) {
   /** Documents and keys are in hexadecimal DER: the chain, or the request. */
   record Entry(
-      String label, List<String> documents, String privateKey, boolean trusted, boolean isDefault) {}
+      String label,
+      List<String> documents,
+      String privateKey,
+      boolean trusted,
+      boolean isDefault) {}
 
   static DatabaseContent of(CMSKeyDatabase db) throws CMSKeyDatabaseException {
     List<Entry> keys = new ArrayList<>();

@@ -23,7 +23,9 @@ import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.function.Executable;
 import org.junit.jupiter.api.io.TempDir;
 
-/** Creating and opening a key database, and what is told when the file or the password is not right. */
+/**
+ * Creating and opening a key database, and what is told when the file or the password is not right.
+ */
 class KeyDatabaseFilesTest {
   @TempDir Path folder;
 

@@ -18,8 +18,8 @@ import org.junit.jupiter.params.provider.CsvSource;
 import org.junit.jupiter.params.provider.ValueSource;
 
 /**
- * What the native library looks up by name and signature is there, as the library spells it. Items are
- * looked up in both packages, {@code basic} and {@code legacy}.
+ * What the native library looks up by name and signature is there, as the library spells it. Items
+ * are looked up in both packages, {@code basic} and {@code legacy}.
  */
 class NativeShapesTest {
   private static final Map<String, String> PACKAGES =

@@ -9,7 +9,9 @@ import java.util.stream.Stream;
 final class Natives {
   private Natives() {}
 
-  /** An argument for each parameter: texts, numbers and arrays of one element, none of them null. */
+  /**
+   * An argument for each parameter: texts, numbers and arrays of one element, none of them null.
+   */
   static Object[] someArguments(Class<?> type, String name) {
     return Arrays.stream(named(type, name).getParameterTypes()).map(Natives::some).toArray();
   }

@@ -21,8 +21,8 @@ import org.junit.jupiter.params.provider.Arguments;
 import org.junit.jupiter.params.provider.MethodSource;
 
 /**
- * No public method lets a missing argument through to the native library, where a missing text would
- * end the virtual machine.
+ * No public method lets a missing argument through to the native library, where a missing text
+ * would end the virtual machine.
  */
 class NullArgumentsTest {
   private static final Path FILE = Path.of("/nonexistent/test.kdb");
@@ -76,7 +76,8 @@ class NullArgumentsTest {
 
   @ParameterizedTest(name = "{0} {1}")
   @MethodSource("constructorsByArgument")
-  void aMissingArgumentOfAConstructorIsRefused(String name, int missing, Constructor<?> constructor) {
+  void aMissingArgumentOfAConstructorIsRefused(
+      String name, int missing, Constructor<?> constructor) {
     assertRefusesNull(constructor, missing, constructor::newInstance);
   }
 
@@ -179,7 +180,8 @@ class NullArgumentsTest {
   /** An object that remembers what is not there, made past the methods that would open it. */
   private static <T> T make(Class<T> type, Object... arguments)
       throws ReflectiveOperationException {
-    var parameters = Stream.of(arguments).map(NullArgumentsTest::parameterFor).toArray(Class[]::new);
+    var parameters =
+        Stream.of(arguments).map(NullArgumentsTest::parameterFor).toArray(Class[]::new);
     var constructor = type.getDeclaredConstructor(parameters);
     constructor.setAccessible(true);
     return constructor.newInstance(arguments);

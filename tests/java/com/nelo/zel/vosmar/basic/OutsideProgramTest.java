@@ -11,8 +11,8 @@ import org.junit.jupiter.api.Test;
 import org.junit.jupiter.api.io.TempDir;
 
 /**
- * A program that is no part of the module uses the items, whose methods are inherited from a package
- * that the module keeps to itself.
+ * A program that is no part of the module uses the items, whose methods are inherited from a
+ * package that the module keeps to itself.
  */
 class OutsideProgramTest {
   private static final String JAR =

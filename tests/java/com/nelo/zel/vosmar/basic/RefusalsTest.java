@@ -92,7 +92,8 @@ class RefusalsTest {
 
   private Stream<DynamicTest> storyOf(StoreKind kind) throws Exception {
     store = kind.create(folder);
-    return story().stream().map(step -> DynamicTest.dynamicTest(step.name(), () -> tell(kind, step)));
+    return story().stream()
+        .map(step -> DynamicTest.dynamicTest(step.name(), () -> tell(kind, step)));
   }
 
   private static void tell(StoreKind kind, Step step) throws Exception {

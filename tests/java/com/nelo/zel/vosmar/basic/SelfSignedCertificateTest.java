@@ -63,7 +63,8 @@ class SelfSignedCertificateTest {
 
   @Test
   void anItemSaysWhatTheCertificateSays() throws Exception {
-    db.certificates().createSelfSigned(new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
+    db.certificates().createSelfSigned(
+        new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
 
     KeyItem item = db.key("server");
     assertEquals("server", item.label());
@@ -74,7 +75,8 @@ class SelfSignedCertificateTest {
 
   @Test
   void theSubjectComesBackWithAllSevenAttributes() throws Exception {
-    db.certificates().createSelfSigned(new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
+    db.certificates().createSelfSigned(
+        new SelfSignedCertificate("server", SUBJECT, KeyType.ec(256)));
 
     DNItem subject = db.key("server").certificate().subject();
     assertEquals("host", subject.commonName());

@@ -11,7 +11,8 @@ import java.util.stream.Stream;
 public final class TestStores {
   private static final Path HOME = temporary(Path.of(System.getenv("HOME")));
   private static final Path DOTNET = HOME.resolve(".dotnet");
-  private static final Path STORES = DOTNET.resolve(Path.of("corefx", "cryptography", "x509stores"));
+  private static final Path STORES =
+      DOTNET.resolve(Path.of("corefx", "cryptography", "x509stores"));
 
   private TestStores() {}
 
@@ -44,7 +45,10 @@ public final class TestStores {
     }
   }
 
-  /** The stores of a user must not be taken away by running the tests in another way than ctest does. */
+  /**
+   * The stores of a user must not be taken away by running the tests in another way than ctest
+   * does.
+   */
   private static Path temporary(Path home) {
     if (!home.startsWith(System.getProperty("java.io.tmpdir"))) {
       throw new IllegalStateException(home + " is not a home folder made for tests");

@@ -27,7 +27,8 @@ final class TlsServer implements AutoCloseable {
         Programs.foreign(
             "timeout", "60", "openssl", "s_server", "-accept", "127.0.0.1:0", "-naccept",
             Integer.toString(connections), "-www", "-cert", pfx.toString(), "-pass", "env:PFX_PWD",
-            // Otherwise it looks for Diffie-Hellman parameters in the file, and asks for its password.
+            // Otherwise it looks for Diffie-Hellman parameters in the file, and asks for its
+            // password.
             "-no_dhe");
     builder.environment().put("PFX_PWD", password);
     Process process = builder.redirectErrorStream(true).start();

@@ -113,7 +113,8 @@ class KeyCommandsTest {
 
     Vosmar.Result result =
         Vosmar.run(
-            "pfx", "export", file, "server", "other", "-o", target, "--pfx-password-env", "PFX_PWD");
+            "pfx", "export", file, "server", "other", "-o", target,
+            "--pfx-password-env", "PFX_PWD");
 
     assertEquals(new Vosmar.Result(0, "wrote " + target + "\n", ""), result);
     String openssl =
@@ -161,7 +162,8 @@ class KeyCommandsTest {
     String shown = Vosmar.run("key", "show", file, "www", "--request").out();
     assertTrue(shown.contains("Kind:        pending request\n"), shown);
     assertTrue(shown.contains("Subject:     CN=www.example.com\n"), shown);
-    String openssl = Programs.run("openssl", "req", "-in", request, "-noout", "-verify", "-subject");
+    String openssl =
+        Programs.run("openssl", "req", "-in", request, "-noout", "-verify", "-subject");
     assertTrue(openssl.contains("CN = www.example.com"), openssl);
     Path again = folder.resolve("again.csr");
     Vosmar.run("cert", "extract", file, "www", "--request", "--out", again);

@@ -31,19 +31,6 @@ public final class Programs {
     return run(Map.of(), command);
   }
 
-  /**
-   * Another program, without the sanitizer's runtime that may be preloaded for this JVM and its
-   * libraries: curl never ends with it.
-   *
-   * @param command the program and its arguments
-   * @return what starts it
-   */
-  public static ProcessBuilder foreign(String... command) {
-    ProcessBuilder builder = new ProcessBuilder(command);
-    builder.environment().remove("LD_PRELOAD");
-    return builder;
-  }
-
   static String run(Map<String, String> environment, Object... command)
       throws IOException, InterruptedException {
     ProcessBuilder builder =
@@ -58,5 +45,18 @@ public final class Programs {
       throw new AssertionError(command[0] + " ended with " + exitCode + ": " + output);
     }
     return output;
+  }
+
+  /**
+   * Another program, without the sanitizer's runtime that may be preloaded for this JVM and its
+   * libraries: curl never ends with it.
+   *
+   * @param command the program and its arguments
+   * @return what starts it
+   */
+  public static ProcessBuilder foreign(String... command) {
+    ProcessBuilder builder = new ProcessBuilder(command);
+    builder.environment().remove("LD_PRELOAD");
+    return builder;
   }
 }

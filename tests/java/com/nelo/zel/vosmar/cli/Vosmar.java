@@ -8,7 +8,9 @@ import java.util.Map;
 import java.util.stream.Stream;
 import picocli.CommandLine;
 
-/** Runs the command line in this JVM, without a terminal, with passwords in variables of its own. */
+/**
+ * Runs the command line in this JVM, without a terminal, with passwords in variables of its own.
+ */
 final class Vosmar {
   static final String PASSWORD = "correct horse 1!";
 

@@ -62,7 +62,9 @@ class AnswersTest {
     assertTrue(answers.holds(true, AnswersTest::unreadable));
     assertFalse(answers.holds(false, List::of));
     assertFails(
-        ResultCode.DATABASE_CORRUPTION, "file", () -> answers.holds(false, AnswersTest::unreadable));
+        ResultCode.DATABASE_CORRUPTION,
+        "file",
+        () -> answers.holds(false, AnswersTest::unreadable));
   }
 
   @Test

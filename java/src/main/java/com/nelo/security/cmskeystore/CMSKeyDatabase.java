@@ -16,10 +16,10 @@ import java.util.List;
 /**
  * A key database file: keys with their certificates, and certificates alone, each under a label.
  *
- * <p>An object of this class remembers a file and its password. It keeps nothing open: each operation
- * opens the file, works, and closes it. {@link #close()} wipes the password. Passwords are handed to
- * the native methods as strings, so that each operation leaves a copy in the heap until the garbage
- * collector overwrites it.
+ * <p>An object of this class remembers a file and its password. It keeps nothing open: each
+ * operation opens the file, works, and closes it. {@link #close()} wipes the password. Passwords
+ * are handed to the native methods as strings, so that each operation leaves a copy in the heap
+ * until the garbage collector overwrites it.
  *
  * <p>Pending requests are listed and deleted, but there is no item to read one into.
  *
@@ -27,8 +27,8 @@ import java.util.List;
  * missing text would end the virtual machine. Public methods do, and throw a {@link
  * NullPointerException}.
  *
- * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
- * database is looked at again to learn the reason, so the reason told may be of a moment later.
+ * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails,
+ * the database is looked at again to learn the reason, so the reason told may be of a moment later.
  */
 public final class CMSKeyDatabase implements AutoCloseable {
   private final String file;
@@ -95,7 +95,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
   }
 
   /**
-   * Changes the password of a key database. A password past its lifetime still serves as the old one.
+   * Changes the password of a key database. A password past its lifetime still serves as the old
+   * one.
    *
    * @param file the file
    * @param oldPassword its password

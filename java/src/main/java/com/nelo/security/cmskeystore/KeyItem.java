@@ -3,8 +3,8 @@ package com.nelo.security.cmskeystore;
 import com.nelo.zel.vosmar.item.AbstractKeyItem;
 
 /**
- * One entry of a key database: a key with its certificate and chain, or a certificate alone. Built by
- * the native library only.
+ * One entry of a key database: a key with its certificate and chain, or a certificate alone. Built
+ * by the native library only.
  */
 @SuppressWarnings("exports")
 public final class KeyItem

@@ -30,7 +30,8 @@ class JsonTest {
     data.put("empty", List.of());
 
     assertEquals(
-        "{\"text\":\"a\",\"number\":5,\"truth\":true,\"nothing\":null,\"list\":[\"b\",1],\"empty\":[]}",
+        "{\"text\":\"a\",\"number\":5,\"truth\":true,\"nothing\":null,"
+            + "\"list\":[\"b\",1],\"empty\":[]}",
         Json.write(data));
   }
 

@@ -37,7 +37,8 @@ public final class AlternativeNames {
    * Reads a list of names.
    *
    * @param text names divided by commas, each after its kind: {@code DNS:}, {@code IP:}, {@code
-   *     EMAIL:} or {@code URI:}, in any case; an international domain name is taken as it is written
+   *     EMAIL:} or {@code URI:}, in any case; an international domain name is taken as it is
+   *     written
    * @return the names
    * @throws IllegalArgumentException when a name is not of its kind
    */

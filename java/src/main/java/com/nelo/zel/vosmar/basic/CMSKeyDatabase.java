@@ -107,8 +107,8 @@ public final class CMSKeyDatabase implements EntryStore {
   }
 
   /**
-   * Changes the password of a key database. A password past its lifetime still serves as the old one.
-   * A stash file is left as it is.
+   * Changes the password of a key database. A password past its lifetime still serves as the old
+   * one. A stash file is left as it is.
    *
    * @param file the file
    * @param oldPassword its password
@@ -151,8 +151,8 @@ public final class CMSKeyDatabase implements EntryStore {
   }
 
   /**
-   * Writes the password to the stash file beside the database, so that programs that may read it can
-   * open the database without a person.
+   * Writes the password to the stash file beside the database, so that programs that may read it
+   * can open the database without a person.
    *
    * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_WRITE} when the stash file cannot
    *     be written

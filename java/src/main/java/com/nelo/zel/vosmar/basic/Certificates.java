@@ -3,17 +3,17 @@ package com.nelo.zel.vosmar.basic;
 import java.nio.file.Path;
 
 /**
- * The certificates and requests of a store: making, issuing and taking them in, renewing and validating
- * them, and writing them to files. What its store does not do it refuses as {@link EntryStore} says. It
- * lives as long as its store.
+ * The certificates and requests of a store: making, issuing and taking them in, renewing and
+ * validating them, and writing them to files. What its store does not do it refuses as {@link
+ * EntryStore} says. It lives as long as its store.
  */
 public interface Certificates {
   /**
    * Makes a key and a self-signed certificate for it.
    *
    * @param certificate what it shall be like
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the label
-   *     is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException;
 
@@ -21,8 +21,8 @@ public interface Certificates {
    * Makes a key and a request for a certificate, which both wait here for {@link #receive}.
    *
    * @param request what it shall be like
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the label
-   *     is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   void createRequest(NewCertificateRequest request) throws CMSKeyDatabaseException;
 
@@ -41,8 +41,9 @@ public interface Certificates {
    * @param source a file with the certificate, or with a PKCS&nbsp;#7 bundle that has it
    * @param encoding the form of the file
    * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot be
-   *     read, with {@link ResultCode#REQKEY_FOR_CERT_NULL} when no request belongs to the certificate
+   * @throws CMSKeyDatabaseException with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot
+   *     be read, with {@link ResultCode#REQKEY_FOR_CERT_NULL} when no request belongs to the
+   *     certificate
    */
   void receive(Path source, Encoding encoding, boolean makeDefault) throws CMSKeyDatabaseException;
 
@@ -58,14 +59,14 @@ public interface Certificates {
   }
 
   /**
-   * Adds the certificate of a signer, such as a certificate authority, and marks it as trusted where
-   * the store has such marks.
+   * Adds the certificate of a signer, such as a certificate authority, and marks it as trusted
+   * where the store has such marks.
    *
    * @param label the label of the new entry
    * @param source the file of the certificate
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the label
-   *     is taken, with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot be read
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken, with {@link ResultCode#FILE_OPEN_TO_READ} when the file cannot be read
    */
   void add(String label, Path source, Encoding encoding) throws CMSKeyDatabaseException;
 
@@ -102,7 +103,8 @@ public interface Certificates {
    * @param label the label of its entry
    * @param target the file
    * @param encoding the form of the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   void extract(String label, Path target, Encoding encoding) throws CMSKeyDatabaseException;
 
@@ -111,8 +113,8 @@ public interface Certificates {
    *
    * @param label its label
    * @param target the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has the
-   *     label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   void extractRequest(String label, Path target) throws CMSKeyDatabaseException;
 
@@ -122,8 +124,8 @@ public interface Certificates {
    * @param label its label
    * @param algorithm the digest of the signature
    * @param target the file
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has the
-   *     label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   void extractRequest(String label, SignatureAlgorithm algorithm, Path target)
       throws CMSKeyDatabaseException;

@@ -19,8 +19,8 @@ import java.util.Optional;
  * <p>A secondary key database can stand beside a token: issuers that the token has no room for are
  * looked up there, and the signers that come along with a personal certificate are put there.
  *
- * <p>The library looks for its native methods in this class only; the {@link Certificates} of a token
- * call those of their subject.
+ * <p>The library looks for its native methods in this class only; the {@link Certificates} of a
+ * token call those of their subject.
  */
 public final class CryptographicToken implements EntryStore {
   // Filled by the native method while the tokens of a module are listed.
@@ -95,8 +95,8 @@ public final class CryptographicToken implements EntryStore {
    *
    * @param module the PKCS#11 module, by file or by name
    * @param tokenLabel the label of the token
-   * @return true when it has; false also when the library cannot tell, for the reason does not reach
-   *     Java
+   * @return true when it has; false also when the library cannot tell, for the reason does not
+   *     reach Java
    * @throws CMSKeyDatabaseException when the library cannot be started
    */
   public static boolean isPasswordRequired(String module, String tokenLabel)

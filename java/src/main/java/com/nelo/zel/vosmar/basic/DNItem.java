@@ -48,12 +48,13 @@ public final class DNItem extends AbstractDNItem {
   }
 
   /**
-   * Reads a name in the text form of RFC&nbsp;4514, such as {@code CN=www.example.com,O=Example,C=DE}.
+   * Reads a name in the text form of RFC&nbsp;4514, such as {@code
+   * CN=www.example.com,O=Example,C=DE}.
    *
    * @param text attributes CN, OU, O, L, ST (or S), postalCode (or PC) and C, in any order and case
    * @return the name
-   * @throws IllegalArgumentException when the text is no such name, names an attribute twice, or one
-   *     that is not among the seven
+   * @throws IllegalArgumentException when the text is no such name, names an attribute twice, or
+   *     one that is not among the seven
    */
   public static DNItem parse(String text) {
     Builder builder = builder();
@@ -80,8 +81,8 @@ public final class DNItem extends AbstractDNItem {
   }
 
   /**
-   * The name in the text form of RFC&nbsp;4514, with all its attributes; those of a name made in Java
-   * in the order in which the native library encodes them.
+   * The name in the text form of RFC&nbsp;4514, with all its attributes; those of a name made in
+   * Java in the order in which the native library encodes them.
    */
   @Override
   public String toString() {

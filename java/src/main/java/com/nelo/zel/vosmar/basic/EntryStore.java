@@ -6,8 +6,8 @@ import java.util.List;
 import java.util.Optional;
 
 /**
- * What holds entries, each under a label: keys with their certificates, certificates alone, and pending
- * requests. It is a key database, a token, or a certificate store:
+ * What holds entries, each under a label: keys with their certificates, certificates alone, and
+ * pending requests. It is a key database, a token, or a certificate store:
  *
  * <table>
  *   <caption>What they do</caption>
@@ -23,19 +23,20 @@ import java.util.Optional;
  *   <tr><td>a secondary key database beside it</td><td>no</td><td>yes</td><td>no</td></tr>
  * </table>
  *
- * <p>What a token does not do it refuses with {@link ResultCode#CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT}, the
- * other two with {@link ResultCode#UNSUPPORTED_OPTION}. A question whose answer is plain is answered:
- * there are no requests, and no key is the default one.
+ * <p>What a token does not do it refuses with {@link ResultCode#CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT},
+ * the other two with {@link ResultCode#UNSUPPORTED_OPTION}. A question whose answer is plain is
+ * answered: there are no requests, and no key is the default one.
  *
- * <p>A store remembers what it is made of and its password. It keeps nothing open: each operation opens
- * what is below, works, and closes it, so that several programs can use it. Operations may be called
- * from any thread. {@link #close()} wipes the password.
+ * <p>A store remembers what it is made of and its password. It keeps nothing open: each operation
+ * opens what is below, works, and closes it, so that several programs can use it. Operations may be
+ * called from any thread. {@link #close()} wipes the password.
  *
- * <p>Passwords are taken as {@code char[]}, which the caller can wipe; the native methods take them as
- * strings, so that each operation leaves a copy in the heap until the garbage collector overwrites it.
+ * <p>Passwords are taken as {@code char[]}, which the caller can wipe; the native methods take them
+ * as strings, so that each operation leaves a copy in the heap until the garbage collector
+ * overwrites it.
  *
- * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails, the
- * store is looked at again to learn the reason, so the reason told may be of a moment later.
+ * <p>Some native methods answer only yes or no, or an object or nothing. When such a method fails,
+ * the store is looked at again to learn the reason, so the reason told may be of a moment later.
  *
  * <p>An argument is null only where its description says so: the native methods do not look, and a
  * missing text would end the virtual machine. Public methods do, and throw a {@link
@@ -83,7 +84,8 @@ public interface EntryStore extends AutoCloseable {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   KeyItem key(String label) throws CMSKeyDatabaseException;
 
@@ -92,8 +94,8 @@ public interface EntryStore extends AutoCloseable {
    *
    * @param label its label
    * @return the entry
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has the
-   *     label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   KeyItem request(String label) throws CMSKeyDatabaseException;
 
@@ -110,7 +112,8 @@ public interface EntryStore extends AutoCloseable {
    *
    * @param label its label
    * @return false for a certificate alone
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   default boolean isPrivateKeyPresent(String label) throws CMSKeyDatabaseException {
     return key(label).hasPrivateKey();
@@ -121,7 +124,8 @@ public interface EntryStore extends AutoCloseable {
    *
    * @param label the label
    * @return the entries, one at least
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   default List<KeyItem> keysWithLabel(String label) throws CMSKeyDatabaseException {
     return List.of(key(label));
@@ -154,8 +158,8 @@ public interface EntryStore extends AutoCloseable {
    * @param label its label
    * @param certificate a DER certificate
    * @param trusted whether it is marked as one that chains may end at
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the label
-   *     is taken
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken
    */
   void insertCertificate(String label, byte[] certificate, boolean trusted)
       throws CMSKeyDatabaseException;
@@ -169,9 +173,9 @@ public interface EntryStore extends AutoCloseable {
    *     store, or a traditional RSA or EC key, in DER; the caller wipes it
    * @param trusted whether the certificate is marked as one that chains may end at
    * @param makeDefault whether it becomes the default key
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the label
-   *     is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and certificate do not belong
-   *     together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and certificate do not
+   *     belong together
    */
   void insertKey(
       String label, byte[] certificate, byte[] privateKey, boolean trusted, boolean makeDefault)
@@ -183,9 +187,9 @@ public interface EntryStore extends AutoCloseable {
    * @param label its label
    * @param request a DER request (PKCS&nbsp;#10, RFC&nbsp;2986)
    * @param privateKey its key, as for {@link #insertKey}; null for one that a token has already
-   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the label
-   *     is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and request do not belong
-   *     together
+   * @throws CMSKeyDatabaseException with {@link ResultCode#DATABASE_DUPLICATE_KEY_LABEL} when the
+   *     label is taken, with {@link ResultCode#VALIDATION_KEY_PAIR} when key and request do not
+   *     belong together
    */
   void insertRequest(String label, byte[] request, byte[] privateKey)
       throws CMSKeyDatabaseException;
@@ -194,7 +198,8 @@ public interface EntryStore extends AutoCloseable {
    * Deletes a key or certificate for good.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   void deleteKey(String label) throws CMSKeyDatabaseException;
 
@@ -202,8 +207,8 @@ public interface EntryStore extends AutoCloseable {
    * Deletes a pending request and its key for good.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has the
-   *     label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no request has
+   *     the label
    */
   void deleteRequest(String label) throws CMSKeyDatabaseException;
 
@@ -211,7 +216,8 @@ public interface EntryStore extends AutoCloseable {
    * Makes a key the default key.
    *
    * @param label its label
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   void setDefaultKey(String label) throws CMSKeyDatabaseException;
 
@@ -220,13 +226,14 @@ public interface EntryStore extends AutoCloseable {
    *
    * @param label its label
    * @param trusted whether they may
-   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the label
+   * @throws CMSKeyDatabaseException with {@link ResultCode#KEY_GET_BY_LABEL} when no key has the
+   *     label
    */
   void setTrusted(String label, boolean trusted) throws CMSKeyDatabaseException;
 
   /**
-   * Puts a key database beside the store: issuers that the store has no room for are looked up there,
-   * and the signers that come along with a personal certificate are put there.
+   * Puts a key database beside the store: issuers that the store has no room for are looked up
+   * there, and the signers that come along with a personal certificate are put there.
    *
    * @param file the key database, or null for none from now on
    * @param itsPassword the password of the database, or null to use its stash file

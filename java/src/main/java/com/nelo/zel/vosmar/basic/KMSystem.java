@@ -3,11 +3,12 @@ package com.nelo.zel.vosmar.basic;
 import com.nelo.zel.vosmar.internal.NativeLibrary;
 
 /**
- * The key management library as a whole: starting it, stopping it, its tracing and its cryptographic
- * mode.
+ * The key management library as a whole: starting it, stopping it, its tracing and its
+ * cryptographic mode.
  *
  * <p>The library starts by itself when a key database is created or opened. A program calls {@link
- * #enableFips} or {@link #start(boolean, boolean)} before that when it wants the FIPS mode or traces.
+ * #enableFips} or {@link #start(boolean, boolean)} before that when it wants the FIPS mode or
+ * traces.
  */
 public final class KMSystem {
   private static boolean running;
@@ -47,8 +48,8 @@ public final class KMSystem {
    * written to the working directory.
    *
    * @param libraryTrace whether the library traces to {@code jnitrace}
-   * @param bridgeLog whether the native methods log to {@code vsmjdbg.log}, and the library to {@code
-   *     vsmcdbg.log}
+   * @param bridgeLog whether the native methods log to {@code vsmjdbg.log}, and the library to
+   *     {@code vsmcdbg.log}
    * @throws CMSKeyDatabaseException when it cannot be started
    */
   public static synchronized void start(boolean libraryTrace, boolean bridgeLog)
@@ -61,8 +62,8 @@ public final class KMSystem {
   }
 
   /**
-   * Stops the library: closes its traces and wipes the keys that it holds in memory. No other thread
-   * may be inside an operation. Opening a key database starts it again.
+   * Stops the library: closes its traces and wipes the keys that it holds in memory. No other
+   * thread may be inside an operation. Opening a key database starts it again.
    */
   public static synchronized void stop() {
     if (running) {

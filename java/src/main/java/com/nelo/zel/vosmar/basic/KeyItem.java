@@ -3,8 +3,8 @@ package com.nelo.zel.vosmar.basic;
 import com.nelo.zel.vosmar.item.AbstractKeyItem;
 
 /**
- * One entry of a key database: a key with its certificate and chain, a certificate alone, or a pending
- * request with its key. Built by the native library only.
+ * One entry of a key database: a key with its certificate and chain, a certificate alone, or a
+ * pending request with its key. Built by the native library only.
  */
 @SuppressWarnings("exports")
 public final class KeyItem

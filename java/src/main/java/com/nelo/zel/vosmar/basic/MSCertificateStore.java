@@ -13,11 +13,11 @@ import java.util.Optional;
  * A certificate store of the current user, such as {@code CurrentUser/My}: certificates with their
  * private keys, and the certificates of signers, each under a label.
  *
- * <p>A store is named by its cryptographic service provider (CSP); {@link #list} tells the names. Its
- * certificates are trusted for the place where they lie, not for marks.
+ * <p>A store is named by its cryptographic service provider (CSP); {@link #list} tells the names.
+ * Its certificates are trusted for the place where they lie, not for marks.
  *
- * <p>The library looks for its native methods in this class only; the {@link Certificates} of a store
- * call those of their subject.
+ * <p>The library looks for its native methods in this class only; the {@link Certificates} of a
+ * store call those of their subject.
  */
 public final class MSCertificateStore implements EntryStore {
   // Filled by the native method while the stores are listed.
@@ -235,7 +235,9 @@ public final class MSCertificateStore implements EntryStore {
     personalLabels.add(label);
   }
 
-  /** Called by the native library, after the call for every entry, for one without a private key. */
+  /**
+   * Called by the native library, after the call for every entry, for one without a private key.
+   */
   private void addSignerKeyLabel(String label) {
     signerLabels.add(label);
   }

@@ -6,7 +6,8 @@ import java.nio.file.Path;
  * What a certificate request (PKCS&nbsp;#10, RFC&nbsp;2986) shall ask for:
  *
  * <pre>
- * new NewCertificateRequest("server", DNItem.parse("CN=localhost"), KeyType.ec(256), Path.of("server.csr"))
+ * new NewCertificateRequest(
+ *     "server", DNItem.parse("CN=localhost"), KeyType.ec(256), Path.of("server.csr"))
  * </pre>
  */
 public final class NewCertificateRequest extends NewKeyWish<NewCertificateRequest> {

@@ -25,8 +25,8 @@ public final class PfxFile {
     if (wanted.isEmpty()) {
       throw new IllegalArgumentException("there is nothing to export");
     }
-    // Given two labels or more, the native method loses the first and exports the others. So several
-    // labels go behind one that may be lost; a single label is exported as it stands.
+    // Given two labels or more, the native method loses the first and exports the others. So
+    // several labels go behind one that may be lost; a single label is exported as it stands.
     List<String> given = new ArrayList<>(wanted);
     if (wanted.size() > 1) {
       given.add(0, wanted.get(0));

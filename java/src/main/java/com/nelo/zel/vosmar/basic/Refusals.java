@@ -3,8 +3,8 @@ package com.nelo.zel.vosmar.basic;
 import com.nelo.zel.vosmar.internal.Answers;
 
 /**
- * How a store says that it does not do something: with the library's code for that, and a message that
- * names what was wanted.
+ * How a store says that it does not do something: with the library's code for that, and a message
+ * that names what was wanted.
  */
 final class Refusals {
   static final String DEFAULT_KEY = "a default key";

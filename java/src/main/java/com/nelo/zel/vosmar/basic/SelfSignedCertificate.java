@@ -22,8 +22,8 @@ public final class SelfSignedCertificate extends NewKeyWish<SelfSignedCertificat
   private Encoding encoding = Encoding.BASE64;
 
   /**
-   * A certificate of X.509 version 3, valid for 365 days, signed by an algorithm as strong as its key,
-   * fit to be a CA.
+   * A certificate of X.509 version 3, valid for 365 days, signed by an algorithm as strong as its
+   * key, fit to be a CA.
    *
    * @param label the name of the new entry
    * @param subject whom the certificate names

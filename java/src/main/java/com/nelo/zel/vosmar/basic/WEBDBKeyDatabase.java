@@ -18,8 +18,8 @@ public final class WEBDBKeyDatabase {
   /**
    * Whether the key database asks for a password.
    *
-   * @return true when it does; false also when the library cannot tell, for the reason does not reach
-   *     Java
+   * @return true when it does; false also when the library cannot tell, for the reason does not
+   *     reach Java
    * @throws CMSKeyDatabaseException when the library cannot be started
    */
   public boolean isPasswordRequired() throws CMSKeyDatabaseException {

@@ -40,7 +40,8 @@ final class Advice {
       case PKCS12_PWD_CORRUPTION ->
           "Mind upper and lower case; of a password file only the first line counts.";
       case CRYPTOGRAPHIC_TOKEN_LABEL_NOT_EXIST ->
-          "'vosmar token list' shows the tokens of a module, 'vosmar store list' the certificate stores.";
+          "'vosmar token list' shows the tokens of a module, 'vosmar store list' the certificate"
+              + " stores.";
       case CRYPTOGRAPHIC_TOKEN_PASSWORD_REQUIRED ->
           "Give the PIN with --password-env or --password-file.";
       case CRYPTOGRAPHIC_TOKEN_PASSWORD_NOT_REQUIRED -> "Leave the password option out.";

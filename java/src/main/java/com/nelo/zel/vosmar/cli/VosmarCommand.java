@@ -17,7 +17,9 @@ import picocli.CommandLine.ScopeType;
 /** {@code vosmar}: everything else is below it. */
 @Command(
     name = "vosmar",
-    description = "Works with keys and certificates: in key databases, files under one password, on tokens and in certificate stores.",
+    description =
+        "Works with keys and certificates: in key databases, files under one password, on tokens"
+            + " and in certificate stores.",
     mixinStandardHelpOptions = true,
     scope = ScopeType.INHERIT,
     versionProvider = VosmarCommand.Version.class,

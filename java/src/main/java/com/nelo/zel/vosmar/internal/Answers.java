@@ -5,9 +5,9 @@ import java.util.List;
 /**
  * What native methods answer about one thing that they worked on, and how their failures are told.
  *
- * <p>Most answer a result code. Some answer only yes or no, or an object or nothing; when such a method
- * fails, what it worked on is looked at again to learn the reason, so the reason told may be of a
- * moment later.
+ * <p>Most answer a result code. Some answer only yes or no, or an object or nothing; when such a
+ * method fails, what it worked on is looked at again to learn the reason, so the reason told may be
+ * of a moment later.
  *
  * @param <X> the exception that tells failures
  */
@@ -163,8 +163,8 @@ public final class Answers<X extends Exception> {
   }
 
   /**
-   * What was looked for. Nothing found and nothing readable look alike; listing the labels tells them
-   * apart.
+   * What was looked for. Nothing found and nothing readable look alike; listing the labels tells
+   * them apart.
    *
    * @param <T> the class of items
    * @param items the items, or null when the native method gave none

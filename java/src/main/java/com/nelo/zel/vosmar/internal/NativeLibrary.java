@@ -57,7 +57,8 @@ public final class NativeLibrary {
       } catch (IOException | UnsatisfiedLinkError notInJar) {
         UnsatisfiedLinkError error =
             new UnsatisfiedLinkError(
-                "no usable native library: " + notOnPath.getMessage() + "; " + notInJar.getMessage());
+                "no usable native library: " + notOnPath.getMessage() + "; "
+                    + notInJar.getMessage());
         error.initCause(notInJar);
         error.addSuppressed(notOnPath);
         throw error;
@@ -79,8 +80,8 @@ public final class NativeLibrary {
       }
       System.load(library.toString());
     } finally {
-      // A loaded library stays mapped after its file is gone. Deleting now rather than at exit leaves
-      // nothing behind even when the process is killed.
+      // A loaded library stays mapped after its file is gone. Deleting now rather than at exit
+      // leaves nothing behind even when the process is killed.
       for (String file : FILES) {
         Files.deleteIfExists(directory.resolve(file));
       }

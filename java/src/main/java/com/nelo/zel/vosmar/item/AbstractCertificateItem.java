@@ -9,8 +9,8 @@ import java.time.Instant;
 /**
  * An X.509 certificate (RFC&nbsp;5280) as a key database holds it.
  *
- * <p>An item made from bytes alone knows nothing but {@link #der()} and what {@link #x509()} reads out
- * of them: its label and the other objects are null, its numbers 0.
+ * <p>An item made from bytes alone knows nothing but {@link #der()} and what {@link #x509()} reads
+ * out of them: its label and the other objects are null, its numbers 0.
  *
  * @param <N> the class of names
  * @param <B> the class of BER objects

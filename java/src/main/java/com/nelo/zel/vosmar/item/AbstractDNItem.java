@@ -4,8 +4,8 @@ import java.util.ArrayList;
 import java.util.List;
 
 /**
- * A distinguished name (X.501): up to seven attributes, each at most once, and what further ones the
- * native library read from a certificate.
+ * A distinguished name (X.501): up to seven attributes, each at most once, and what further ones
+ * the native library read from a certificate.
  */
 public abstract class AbstractDNItem {
   // The native library reads these seven fields by name.

@@ -1,8 +1,8 @@
 package com.nelo.zel.vosmar.item;
 
 /**
- * A private key encrypted under a password: the EncryptedPrivateKeyInfo of PKCS&nbsp;#8 (RFC&nbsp;5958,
- * section 3).
+ * A private key encrypted under a password: the EncryptedPrivateKeyInfo of PKCS&nbsp;#8
+ * (RFC&nbsp;5958, section 3).
  *
  * <p>{@link javax.crypto.EncryptedPrivateKeyInfo} reads {@link #der()} as it stands.
  */

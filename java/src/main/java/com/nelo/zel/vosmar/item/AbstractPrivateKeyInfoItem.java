@@ -6,8 +6,8 @@ import javax.security.auth.Destroyable;
 /**
  * A private key in the clear: the PrivateKeyInfo of PKCS&nbsp;#8 (RFC&nbsp;5958, section 2).
  *
- * <p>The item owns the only copy of the bytes that its package keeps. {@link #close()} wipes it, so an
- * item belongs in a try-with-resources statement.
+ * <p>The item owns the only copy of the bytes that its package keeps. {@link #close()} wipes it, so
+ * an item belongs in a try-with-resources statement.
  */
 public abstract class AbstractPrivateKeyInfoItem implements Destroyable, AutoCloseable {
   private final byte[] der;

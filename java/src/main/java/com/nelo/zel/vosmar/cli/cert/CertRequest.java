@@ -14,7 +14,9 @@ import picocli.CommandLine.Option;
 import picocli.CommandLine.Parameters;
 
 /** {@code vosmar cert request}. */
-@Command(name = "request", description = "Makes a key and a request for a certificate, to be sent to a CA.")
+@Command(
+    name = "request",
+    description = "Makes a key and a request for a certificate, to be sent to a CA.")
 final class CertRequest extends EntryCommand {
   @Parameters(index = "1", paramLabel = "LABEL", description = "The label of the new entry.")
   private String label;
@@ -25,8 +27,8 @@ final class CertRequest extends EntryCommand {
       names = "--san",
       paramLabel = "NAMES",
       description =
-          "Ask for these alternative names too, such as DNS:www.example.com,IP:192.0.2.1; TLS clients"
-              + " compare the host with them alone.")
+          "Ask for these alternative names too, such as DNS:www.example.com,IP:192.0.2.1; TLS"
+              + " clients compare the host with them alone.")
   private String alternativeNames;
 
   @Option(

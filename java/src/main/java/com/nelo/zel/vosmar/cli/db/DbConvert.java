@@ -20,8 +20,8 @@ import picocli.CommandLine.Parameters;
 @Command(
     name = "convert",
     description =
-        "Makes a key ring file (a PKCS#12 file with all that a key database holds) of a key database,"
-            + " or a key database of a key ring file.")
+        "Makes a key ring file (a PKCS#12 file with all that a key database holds) of a key"
+            + " database, or a key database of a key ring file.")
 final class DbConvert implements Callable<Integer> {
   /** What is made. */
   enum Format {
@@ -43,8 +43,8 @@ final class DbConvert implements Callable<Integer> {
       names = "--to",
       paramLabel = "FORMAT",
       description =
-          "kyr, a key ring file, or kdb, a key database; told from the new file's extension when not"
-              + " given.")
+          "kyr, a key ring file, or kdb, a key database; told from the new file's extension when"
+              + " not given.")
   private Format format;
 
   @Mixin private StorePassword databasePassword;

@@ -47,7 +47,8 @@ final class DbPasswd implements Callable<Integer> {
     }
     output.print("changed the password of " + file, Map.of("changed", file));
     if (stashed) {
-      output.remark("the stash file still holds the old password: run 'vosmar db stash " + file + "'");
+      output.remark(
+          "the stash file still holds the old password: run 'vosmar db stash " + file + "'");
     }
     return ExitCode.OK;
   }

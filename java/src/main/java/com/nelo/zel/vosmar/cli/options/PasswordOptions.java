@@ -9,8 +9,8 @@ import picocli.CommandLine.Spec;
 import picocli.CommandLine.Spec.Target;
 
 /**
- * The options that give one password: by environment variable, by file, else by prompt. They are made
- * here, since annotations could not take their names from a subclass.
+ * The options that give one password: by environment variable, by file, else by prompt. They are
+ * made here, since annotations could not take their names from a subclass.
  */
 @Command
 public abstract class PasswordOptions {

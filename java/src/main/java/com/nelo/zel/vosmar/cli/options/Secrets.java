@@ -94,7 +94,8 @@ public final class Secrets {
   }
 
   private static byte[] readAll(Path file) throws IOException {
-    try (InputStream stream = file.equals(STANDARD_INPUT) ? System.in : Files.newInputStream(file)) {
+    try (InputStream stream =
+        file.equals(STANDARD_INPUT) ? System.in : Files.newInputStream(file)) {
       return stream.readAllBytes();
     }
   }

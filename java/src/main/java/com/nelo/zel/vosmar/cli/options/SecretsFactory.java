@@ -4,7 +4,9 @@ import java.lang.reflect.Constructor;
 import picocli.CommandLine;
 import picocli.CommandLine.IFactory;
 
-/** Makes commands and their parts, and hands the secrets to those whose constructor asks for them. */
+/**
+ * Makes commands and their parts, and hands the secrets to those whose constructor asks for them.
+ */
 public final class SecretsFactory implements IFactory {
   private final IFactory others = CommandLine.defaultFactory();
   private final Secrets secrets;

@@ -14,8 +14,8 @@ public final class StorePassword extends PasswordOptions {
   }
 
   /**
-   * Opens a key database. Without a password option the stash file opens it; without a stash file the
-   * password is asked for.
+   * Opens a key database. Without a password option the stash file opens it; without a stash file
+   * the password is asked for.
    *
    * @param file the file
    * @return the database, which the caller closes

@@ -9,8 +9,8 @@ import java.util.Map;
 
 /**
  * A token as a PKCS&nbsp;#11 URI (RFC&nbsp;7512), such as {@code
- * pkcs11:token=mine?module-name=softhsm2}. The other attributes that such a URI may have are refused:
- * tokens are known by their labels.
+ * pkcs11:token=mine?module-name=softhsm2}. The other attributes that such a URI may have are
+ * refused: tokens are known by their labels.
  *
  * @param label the label of the token
  * @param module its module, by file or by name

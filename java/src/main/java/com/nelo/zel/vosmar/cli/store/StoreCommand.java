@@ -7,8 +7,8 @@ import picocli.CommandLine.Command;
     name = "store",
     description = {
       "Lists the user's certificate stores, those of the .NET runtime.",
-      "What lies in a store is worked with as in a key database: the commands that take the entries of"
-          + " one take a certificate store in its place."
+      "What lies in a store is worked with as in a key database: the commands that take the entries"
+          + " of one take a certificate store in its place."
     },
     synopsisSubcommandLabel = "COMMAND",
     subcommands = StoreList.class)

@@ -7,8 +7,8 @@ import picocli.CommandLine.Command;
     name = "token",
     description = {
       "Lists PKCS #11 tokens and changes their PINs.",
-      "What lies on a token is worked with as in a key database: the commands that take the entries of"
-          + " one take a token in its place."
+      "What lies on a token is worked with as in a key database: the commands that take the entries"
+          + " of one take a token in its place."
     },
     synopsisSubcommandLabel = "COMMAND",
     subcommands = {TokenList.class, TokenPasswd.class})

@@ -10,7 +10,8 @@ public final class Json {
   private Json() {}
 
   /**
-   * Makes an object whose members are written in the order given, as those of {@code Map.of} are not.
+   * Makes an object whose members are written in the order given, as those of {@code Map.of} are
+   * not.
    *
    * @param members names with their values
    * @return the object
