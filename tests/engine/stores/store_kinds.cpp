@@ -35,7 +35,9 @@ class SoftHsmPlace : public StorePlace {
  public:
   SoftHsmPlace() { token::SoftHsm(folder_).addToken(token::kSoftHsmLabel); }
   sys::Result<std::unique_ptr<Store>> open() const override {
-    return token::TokenStore::open(token::kSoftHsmModule, token::kSoftHsmLabel, token::kPin);
+    return token::TokenStore::open(
+        {.module = token::kSoftHsmModule, .label = Label::ofName(token::kSoftHsmLabel)},
+        password(token::kPin));
   }
 
  private:
@@ -45,7 +47,9 @@ class SoftHsmPlace : public StorePlace {
 class NssPlace : public StorePlace {
  public:
   sys::Result<std::unique_ptr<Store>> open() const override {
-    return token::TokenStore::open(nss_.moduleName().c_str(), token::kNssLabel, token::kPin);
+    return token::TokenStore::open(
+        {.module = nss_.moduleName(), .label = Label::ofName(token::kNssLabel)},
+        password(token::kPin));
   }
 
  private:
@@ -56,7 +60,7 @@ class NssPlace : public StorePlace {
 class CertificateStorePlace : public StorePlace {
  public:
   sys::Result<std::unique_ptr<Store>> open() const override {
-    return certstore::CertificateStore::open("CurrentUser/My", nullptr);
+    return certstore::CertificateStore::open("CurrentUser/My", {});
   }
 
  private:
