@@ -2,6 +2,7 @@
 
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "engine/km/token/cryptoki_codes.h"
 #include "engine/sys/trace.h"
@@ -92,14 +93,15 @@ sys::Status Transaction::apply(Plan& plan, Made& made) {
   return sys::success();
 }
 
-/** The undoing is noted first: once the token has been changed nothing else may fail. */
+// The undoing is noted first: once the token has been changed nothing else may fail.
+
 CK_RV Transaction::carryOut(CreateObject& action, Made& made) {
   CK_OBJECT_HANDLE& handle = handleOf(action.object);
   const auto place = made.insert_or_assign(handle, CK_INVALID_HANDLE).first;
   Undo& undo = undos_.emplace_back();
-  const CK_RV rv = session_.create(action.attributes, &undo.object);
+  const CK_RV rv = session_.create(action.attributes, &undo.made);
   if (rv == CKR_OK) {
-    handle = place->second = undo.object;
+    handle = place->second = undo.made;
   } else {
     made.erase(place);
     undos_.pop_back();
@@ -112,10 +114,13 @@ CK_RV Transaction::carryOut(SetAttribute& action, Made& made) {
   Template value;
   value.addBytes(action.type, action.value);
   Undo& undo = undos_.emplace_back();
-  undo.object = action.object;
-  undo.oldValue.emplace().addBytes(action.type, view_->attribute(action.object, action.type));
+  undo.oldValue.addBytes(action.type, view_->attribute(action.object, action.type));
   const CK_RV rv = session_.change(action.object, value);
-  if (rv != CKR_OK) undos_.pop_back();
+  if (rv == CKR_OK) {
+    undo.changed = action.object;
+  } else {
+    undos_.pop_back();
+  }
   return rv;
 }
 
@@ -140,13 +145,16 @@ sys::Status Transaction::commit() {
   return status;
 }
 
+bool Transaction::undo(const Undo& change) const {
+  if (change.made != CK_INVALID_HANDLE) return static_cast<bool>(session_.destroy(change.made));
+  if (change.changed == CK_INVALID_HANDLE) return true;  // noted, but not done
+  return session_.change(change.changed, change.oldValue) == CKR_OK;
+}
+
 void Transaction::undoTo(std::size_t mark) noexcept {
   for (; undos_.size() > mark; undos_.pop_back()) {
-    const Undo& undo = undos_.back();
     try {
-      const bool undone = undo.oldValue ? session_.change(undo.object, *undo.oldValue) == CKR_OK
-                                        : static_cast<bool>(session_.destroy(undo.object));
-      if (!undone) sys::traceLine("object %lu stays changed on the token", undo.object);
+      if (!undo(undos_.back())) sys::traceLine("an object stays changed on the token");
     } catch (const std::bad_alloc&) {  // there was no memory to trace it with
       continue;
     }

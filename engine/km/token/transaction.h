@@ -1,9 +1,8 @@
 #ifndef ZEL_KM_TOKEN_TRANSACTION_H_
 #define ZEL_KM_TOKEN_TRANSACTION_H_
 
+#include <deque>
 #include <map>
-#include <optional>
-#include <vector>
 
 #include "engine/km/token/plan.h"
 #include "engine/km/token/session.h"
@@ -54,10 +53,11 @@ class Transaction {
  private:
   class Savepoint;
 
-  /** How to undo one change: destroy the object, or give an attribute its old value back. */
+  /** How to undo one change: destroy what was made, or give an attribute its old value back. */
   struct Undo {
-    CK_OBJECT_HANDLE object = CK_INVALID_HANDLE;
-    std::optional<Template> oldValue = std::nullopt;
+    CK_OBJECT_HANDLE made = CK_INVALID_HANDLE;
+    CK_OBJECT_HANDLE changed = CK_INVALID_HANDLE;
+    Template oldValue = {};
   };
 
   /** What the objects of a plan are on the token. */
@@ -69,13 +69,13 @@ class Transaction {
   static CK_RV carryOut(RemoveObject& action, Made& made);
   static CK_RV carryOut(RestoreKey& action, Made& made);
   static CK_RV carryOut(UseNewKey& action, Made& made);
+  bool undo(const Undo& change) const;
   void undoTo(std::size_t mark) noexcept;
 
   const Session& session_;
-  Snapshot
-      token_; /**< whose turn lasts, because what others would see in between is half an entry */
+  Snapshot token_;            // its turn lasts: what others would see in between is half an entry
   TokenView* view_ = nullptr; /**< the snapshot's, while a plan is carried out */
-  std::vector<Undo> undos_;
+  std::deque<Undo> undos_;    /**< a deque: growing does not move what is in it */
 };
 
 }  // namespace zel::km::token

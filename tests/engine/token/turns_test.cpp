@@ -107,8 +107,10 @@ TEST_F(TokenTurns, threadsWaitForEachOther) {
   Turns turns(module("a.so"), 0ms);
   std::atomic<int> inside = 0;
   std::atomic<int> met = 0;
+  constexpr int kThreads = 8;
   std::vector<std::thread> threads;
-  for (int number = 0; number < 8; ++number) {
+  threads.reserve(kThreads);
+  for (int number = 0; number < kThreads; ++number) {
     threads.emplace_back([&] {
       const CallTurn turn(turns);
       if (!turn.had() || ++inside > 1) ++met;

@@ -30,6 +30,7 @@ class TokenViews : public testing::Test {
   template <typename Entry>
   static std::vector<std::string> labels(const std::vector<Entry>& entries) {
     std::vector<std::string> found;
+    found.reserve(entries.size());
     for (const Entry& entry : entries) found.push_back(entry.label.text());
     return found;
   }
@@ -88,7 +89,7 @@ TEST_F(TokenViews, aCopyChangesOnItsOwn) {
 TEST_F(TokenViews, whatIsRemovedIsGoneAndAKeyComesBackWhole) {
   token_.certificate(11, "web", web_.certificate(), "ID").keyPair(21, "web", web_, "ID");
   TokenView view = token_.view();
-  for (const CK_OBJECT_HANDLE object : {11, 21, 31}) view.remove(object);
+  for (const CK_OBJECT_HANDLE object : {11UL, 21UL, 31UL}) view.remove(object);
   EXPECT_EQ(view.privateKey(21), nullptr);
   EXPECT_EQ(view.privateKeyOf(publicKeyOf(web_)), nullptr);
   EXPECT_THAT(view.removed(), testing::UnorderedElementsAre(11, 21, 31));
