@@ -1,3 +1,5 @@
+#include <filesystem>
+
 #include "tests/engine/errors/faults.h"
 #include "tests/engine/errors/provocation.h"
 
@@ -29,6 +31,12 @@ Names operationsThatAllocate() {
   const Names onEntries = operationsOnEntries();
   names.insert(names.end(), onEntries.begin(), onEntries.end());
   return names;
+}
+
+/** The database looks changed, so that every operation has to examine it first, however late. */
+void failCryptography(World& world) {
+  std::filesystem::last_write_time(world.file, std::filesystem::file_time_type::clock::now());
+  faults::failCryptography();
 }
 
 }  // namespace
@@ -67,15 +75,14 @@ std::vector<Troubles> troublesOfStores() {
         "ZELKM_GetEPKIItemFromPrivateKey",
         "ZELKM_ExportKeys",
         "ZELKM_GetKeyItemsByPublicKey"},
-       {{ZELKM_ERR_CRYPTO, "OpenSSL does not do its part",
-         [](World&) { faults::failCryptography(); }}}},
+       {{ZELKM_ERR_CRYPTO, "OpenSSL does not do its part", failCryptography}}},
 
       {nullptr,
        {"ZELKM_OpenKeyDb", "ZELKM_OpenKeyDbX", "ZELKM_ChangeKeyDbPwd", "ZELKM_ChangeKeyDbPwdX",
         "ZELKM_StashKeyDbPwd", "ZELKM_IsPasswordRequired", "ZELKM_ReceiveCert", "ZELKM_StoreCACert",
         "ZELKM_CheckCertAsRenewal", "ZELKM_ValidateCertChain", "ZELKM_Kdb2Kyr"},
        {{ZELKM_ERR_CRYPTO_DIGEST, "OpenSSL does not do its part: it makes no digest",
-         [](World&) { faults::failCryptography(); }}}},
+         failCryptography}}},
 
       {"Operations on a handle",
        operationsOnHandles(),
