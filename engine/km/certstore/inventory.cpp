@@ -38,8 +38,11 @@ sys::Status Inventory::refresh(const std::set<std::string>& gone) {
     if (gone.contains(name)) continue;
     sys::Result<KnownFile> file = look(name);
     if (isShortage(file.code())) return file.failure();
-    if (file) files.emplace(name, std::move(file).value());
-    if (!file) sys::traceLine("%s: passed over", folder_.path(name).c_str());
+    if (!file) {
+      sys::traceLine("%s: passed over", folder_.path(name).c_str());
+      continue;
+    }
+    files.emplace(name, std::move(file).value());
   }
   enter(files);
   std::erase_if(files, [](const auto& file) { return !file.second.state.settled(); });

@@ -1,5 +1,7 @@
 #include "engine/km/face/item_certificates.h"
 
+#include <ranges>
+
 #include "engine/cms/certificates.h"
 #include "engine/km/face/item_names.h"
 #include "engine/sys/memory.h"
@@ -35,8 +37,8 @@ sys::Result<CertItemPtr> handOutCertificate(const LabelledCertificate& certifica
 sys::Result<CertItemListPtr> handOutCertificates(
     const std::vector<LabelledCertificate>& certificates) {
   CertItemListPtr list;
-  for (auto at = certificates.rbegin(); at != certificates.rend(); ++at) {
-    sys::Result<CertItemPtr> item = handOutCertificate(*at);
+  for (const LabelledCertificate& certificate : std::views::reverse(certificates)) {
+    sys::Result<CertItemPtr> item = handOutCertificate(certificate);
     if (!item) return item.failure();
     auto* node = sys::handOutRecord<ZELKMCertItemList>();
     node->item = item.value().release();

@@ -1,5 +1,7 @@
 #include "engine/km/face/item_keys.h"
 
+#include <ranges>
+
 #include "engine/cms/certificates.h"
 #include "engine/km/face/item_certificates.h"
 #include "engine/km/work/certificate_chain.h"
@@ -76,8 +78,8 @@ sys::Result<KeyItemPtr> handOutKey(Store& store, const KeyEntry& entry) {
 sys::Result<KeyItemListPtr> handOutKeys(Store& store, const std::vector<KeyEntry>& entries) {
   if (entries.empty()) return sys::Failure{ZELKM_ERR_KEY_GET_BY_LABEL};
   KeyItemListPtr list;
-  for (auto at = entries.rbegin(); at != entries.rend(); ++at) {
-    sys::Result<KeyItemPtr> item = handOutKey(store, *at);
+  for (const KeyEntry& entry : std::views::reverse(entries)) {
+    sys::Result<KeyItemPtr> item = handOutKey(store, entry);
     if (!item) return item.failure();
     auto* node = sys::handOutRecord<ZELKMKeyItemList>();
     node->item = item.value().release();

@@ -1,5 +1,6 @@
 #include "engine/km/face/label_list.h"
 
+#include <ranges>
 #include <utility>
 
 #include "engine/sys/memory.h"
@@ -10,11 +11,11 @@ namespace zel::km {
 LabelListPtr labelListOf(const std::vector<Label>& labels) {
   LabelListPtr list;
   // From the last to the first, so that what is done can always be released from its head.
-  for (auto label = labels.rbegin(); label != labels.rend(); ++label) {
+  for (const Label& label : std::views::reverse(labels)) {
     auto* node = sys::handOutRecord<ZELKMLabelList>();
     node->next = list.release();
     list.reset(node);
-    node->label = sys::handOutText(label->text());
+    node->label = sys::handOutText(label.text());
   }
   return list;
 }

@@ -39,6 +39,9 @@ RequestEntry requestEntry(Record record) {
 sys::Result<Record> recordOf(const Label& label, const sys::Bytes& document,
                              const PrivateKey& privateKey, sys::Result<Subject> subject,
                              bool approvedOnly) {
+  if (privateKey.present() && privateKey.pkcs8.empty()) {
+    return sys::fail(ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL, "a key that does not leave its store");
+  }
   if (!subject) return subject.failure();
   if (approvedOnly) {
     sys::Status approved = checkApproved(subject.value().publicKey);
@@ -237,7 +240,7 @@ sys::Status KeyDatabase::runReading(const Run& run) {
 bool KeyDatabase::approvedOnly() const { return file_->approvedOnly() || approvedMode(); }
 
 sys::Result<sys::Bytes> KeyDatabase::encryptedPrivateKey(const PrivateKey& key) {
-  if (!key.present()) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
+  if (key.pkcs8.empty()) return sys::Failure{ZELKM_ERR_KEYREC_PRIVATE_KEY_NULL};
   return reading([&](Connection& connection, Records&) -> sys::Result<sys::Bytes> {
     // Read anew each time: another process may have changed the password.
     sys::Result<Parameters> parameters = readParameters(connection);

@@ -15,7 +15,10 @@ namespace zel::km {
  */
 class KeyEntries {
  public:
-  /** The labels in the order in which their entries came. A tampered store is found out here. */
+  /**
+   * The labels in the order in which their entries came; a token, which keeps no order, sorts them.
+   * A tampered store is found out here.
+   */
   virtual sys::Result<std::vector<Label>> keyLabels() = 0;
 
   virtual sys::Result<KeyEntry> findKey(const Label& label) = 0;

@@ -1,7 +1,6 @@
 #ifndef ZEL_KM_STORE_LABEL_H_
 #define ZEL_KM_STORE_LABEL_H_
 
-#include <compare>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -47,7 +46,7 @@ class Label {
   /** The label with " (number)" behind it, cut before that if need be. */
   Label numbered(int number) const;
 
-  auto operator<=>(const Label&) const = default;
+  bool operator<(const Label& other) const { return text_ < other.text_; }
   bool operator==(const Label&) const = default;
   bool operator==(std::string_view text) const { return text_ == text; }
 

@@ -21,8 +21,8 @@ class PrivateKeys {
 
   /**
    * A new key pair: 2048 to 16384 bits RSA; 256, 384, 521 EC on the NIST curve; 25519 Ed25519.
-   * ZELKM_ERR_CRYPTO_UNSUPPORTED_MODULUS_SIZE (41) for any other size, or one that the store's mode
-   * does not approve.
+   * ZELKM_ERR_CRYPTO_UNSUPPORTED_MODULUS_SIZE (41) for any other size;
+   * ZELKM_ERR_CRYPTO_UNSUPPORTED_ALGORITHM (39) for Ed25519 where approved keys alone are made.
    */
   virtual sys::Result<GeneratedKey> generateKey(int keySize) = 0;
   /** Signs the message as certificates carry signatures: RSA PKCS #1 v1.5, ECDSA DER, Ed25519. */
@@ -35,8 +35,9 @@ class PrivateKeys {
    */
   virtual sys::Result<sys::Bytes> encryptedPrivateKey(const PrivateKey& key) = 0;
   /**
-   * The other way: PKCS #8 bytes from an EncryptedPrivateKeyInfo under the store's password.
-   * ZELKM_ERR_PKCS12_PWD_CORRUPTION (120) when it is under another password.
+   * The other way: PKCS #8 bytes from an EncryptedPrivateKeyInfo under the store's password. When
+   * it is under another, ZELKM_ERR_DATABASE_INVALID_PASSWORD (16) of a key database, and
+   * ZELKM_ERR_PKCS12_PWD_CORRUPTION (120) of the others.
    */
   virtual sys::Result<sys::SecretBytes> decryptedPrivateKey(sys::ByteView encrypted) = 0;
 

@@ -16,7 +16,8 @@ namespace zel::km {
  */
 class RequestEntries {
  public:
-  /** The labels in the order in which their entries came. */
+  /** The labels in the order in which their entries came; a token, which keeps no order, sorts
+   * them. */
   virtual sys::Result<std::vector<Label>> requestLabels() = 0;
 
   virtual sys::Result<RequestEntry> findRequest(const Label& label) = 0;
