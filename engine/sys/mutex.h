@@ -6,7 +6,7 @@
 /**
  * @file
  * Mutexes whose use clang checks at compile time (-Wthread-safety): each member says which one
- * guards it, and a function that touches it without holding that one does not compile.
+ * guards it, and script/lint refuses a function that touches it without holding that one.
  *
  *     class Counter {
  *       void count() {
@@ -28,10 +28,6 @@
 
 /** The member is read and written only while the mutex is held. */
 #define ZEL_GUARDED_BY(mutex) ZEL_THREAD_ANNOTATION(guarded_by(mutex))
-/** The function is called only while the mutex is held. */
-#define ZEL_REQUIRES(mutex) ZEL_THREAD_ANNOTATION(requires_capability(mutex))
-/** The function is called only while the mutex is not held. */
-#define ZEL_EXCLUDES(mutex) ZEL_THREAD_ANNOTATION(locks_excluded(mutex))
 
 namespace zel::sys {
 

@@ -1,17 +1,10 @@
-// What only tokens have: a list of them, and the key database that one is lent.
+// The key database that a token is lent.
 
 #include <functional>
-#include <string>
-#include <vector>
 
 #include "bridge/kmlib/zelkm.h"
-#include "engine/km/certstore/store_folder.h"
-#include "engine/km/face/entry_arguments.h"
-#include "engine/km/face/label_list.h"
-#include "engine/km/face/locators.h"
 #include "engine/km/face/operation.h"
 #include "engine/km/keydb/key_database.h"
-#include "engine/km/token/token_access.h"
 #include "engine/km/token/token_store.h"
 
 using namespace zel;
@@ -51,20 +44,6 @@ int onToken(const char* operation, int handle, Body&& body) {
 }
 
 }  // namespace
-
-int ZELKM_GetCryptoTokenLabelList(const char* moduleName, ZELKMLabelList** list) {
-  return answering(__func__, [&]() -> sys::Status {
-    if (sys::Status given = requireOutput(list); !given) return given;
-    const sys::Result<std::string> module = moduleNameArgument(moduleName);
-    if (!module) return module.failure();
-    // The certificate stores stand in for the tokens of a module without a name.
-    sys::Result<std::vector<Label>> labels =
-        module.value().empty() ? certstore::storeNames() : token::listTokenLabels(module.value());
-    if (!labels) return labels.failure();
-    *list = labelListOf(labels.value()).release();
-    return sys::success();
-  });
-}
 
 int ZELKM_SetSecondaryKeyDb(int tokenHandle, int secondaryHandle) {
   // Looked at before the token is taken on loan, so that nobody waits for two stores at once here.
