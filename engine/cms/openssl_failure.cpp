@@ -1,3 +1,5 @@
+// The failures of OpenSSL (openssl_ptr.h): its reason traced, its queue of errors emptied.
+
 #include "engine/cms/openssl_ptr.h"
 #include "engine/sys/trace.h"
 

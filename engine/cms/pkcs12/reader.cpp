@@ -1,3 +1,5 @@
+// Reading PKCS #12 (pkcs12.h): the keys and certificates of a file, joined into entries.
+
 #include <algorithm>
 
 #include "engine/cms/pkcs12/opening.h"

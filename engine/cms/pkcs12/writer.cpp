@@ -1,3 +1,5 @@
+// Writing PKCS #12 (pkcs12.h): entries, taken apart into certificates and keys.
+
 #include <set>
 
 #include "engine/cms/pkcs12/pkcs12.h"

@@ -13,9 +13,9 @@
  * in it becomes a result code.
  *
  *     int ZELKM_DeleteKey(int handle, const char* label) {
- *       return onStore(__func__, handle, [&](Store& store) -> Status {
- *         if (label == nullptr) return Failure{ZELKM_ERR_NULL_PARAMETER};
- *         return store.removeKey(label);
+ *       return onStore(__func__, handle, [&](Store& store) -> sys::Status {
+ *         const sys::Result<Label> wanted = labelArgument(label);
+ *         return wanted ? store.removeKey(wanted.value()) : wanted.failure();
  *       });
  *     }
  *
