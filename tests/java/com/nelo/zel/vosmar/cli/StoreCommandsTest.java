@@ -88,8 +88,7 @@ class StoreCommandsTest {
             "",
             "vosmar: CurrentUser/My: "
                 + what
-                + ": this is not supported (80, ZELKM_ERR_UNSUPPORTED_OPTION). See which options"
-                + " the command offers with --help.\n"),
+                + ": this is not supported (80, ZELKM_ERR_UNSUPPORTED_OPTION).\n"),
         Vosmar.run(command));
   }
 

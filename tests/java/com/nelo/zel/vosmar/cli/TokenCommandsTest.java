@@ -164,7 +164,7 @@ class TokenCommandsTest {
         "vosmar: "
             + db
             + ": a secondary key database: this is not supported (80,"
-            + " ZELKM_ERR_UNSUPPORTED_OPTION). See which options the command offers with --help.\n",
+            + " ZELKM_ERR_UNSUPPORTED_OPTION).\n",
         fail(1, "cert", "receive", db, "-i", certificate, "--secondary", db));
   }
 

@@ -10,11 +10,12 @@ final class Refusals {
   static final String DEFAULT_KEY = "a default key";
   static final String TRUST = "marks of trust";
   static final String REQUESTS = "pending requests";
-  static final String EXTENSIONS = "extensions of one's own";
+  static final String EXTENSIONS = "extensions of a new certificate or request";
   static final String ISSUING = "issuing certificates";
   static final String RENEWING = "renewing certificates";
   static final String VALIDATING = "validating certificates";
   static final String FILES = "certificates written to files";
+  static final String NEW_FILE = "a file with a certificate as it is made";
   static final String SECONDARY = "a secondary key database";
 
   private final Answers<CMSKeyDatabaseException> answers;

@@ -15,7 +15,7 @@ final class StoreCertificates implements Certificates {
   @Override
   public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
     store.refusals.when(certificate.isDefaultKey(), Refusals.DEFAULT_KEY);
-    store.refusals.when(certificate.fileName() != null, Refusals.FILES);
+    store.refusals.when(certificate.fileName() != null, Refusals.NEW_FILE);
     store.answers.check(
         store.c_CreateNewSelfSignedCertificate(
             store.cspName, store.password(), certificate.version(), certificate.label(),

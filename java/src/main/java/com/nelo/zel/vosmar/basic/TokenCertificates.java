@@ -77,7 +77,7 @@ final class TokenCertificates implements Certificates {
   public void createSelfSigned(SelfSignedCertificate certificate) throws CMSKeyDatabaseException {
     token.refusals.when(certificate.isDefaultKey(), Refusals.DEFAULT_KEY);
     token.refusals.when(certificate.extensions().length > 0, Refusals.EXTENSIONS);
-    token.refusals.when(certificate.fileName() != null, Refusals.FILES);
+    token.refusals.when(certificate.fileName() != null, Refusals.NEW_FILE);
     token.answers.check(
         token.c_CreateSelfSignedCertificate(
             token.module, token.tokenLabel, token.password(), certificate.version(),

@@ -30,7 +30,6 @@ final class Advice {
       case NEW_PASSWORD, PWD_TOO_SHORT, PWD_NO_NUMBER, PWD_NO_CONTROL_KEY ->
           "Use 6 characters or more, 14 or more for a FIPS key database.";
       case PASSWORD_EXPIRATION_TIME -> "Set a new password with 'vosmar db passwd'.";
-      case UNSUPPORTED_OPTION -> "See which options the command offers with --help.";
       case FILE_OPEN, FILE_OPEN_TO_READ, FILE_OPEN_TO_WRITE, FILE_OPEN_NOT_ALLOWED, FILE_WRITE ->
           "Check that the file's folder exists and who may read and write it.";
       case KEYDB_NOT_EXIST -> "Check the name, or make the key database with 'vosmar db create'.";
