@@ -18,7 +18,7 @@ constexpr std::uint32_t kLastCharacter = 0x10FFFF;
 bool isHighSurrogate(std::uint32_t c) { return c >= kFirstSurrogate && c < kFirstLowSurrogate; }
 bool isLowSurrogate(std::uint32_t c) { return c >= kFirstLowSurrogate && c <= kLastSurrogate; }
 
-/** Takes one encoded unit off the front; surrogates are units here. */
+/** Takes one encoded unit off the front, or nothing; surrogates are units here. */
 std::optional<std::uint32_t> takeUnit(std::string_view& text) {
   const auto lead = static_cast<std::uint8_t>(text.front());
   const std::size_t length = lead < 0x80   ? 1
@@ -35,12 +35,11 @@ std::optional<std::uint32_t> takeUnit(std::string_view& text) {
     if ((next & 0xC0) != 0x80) return std::nullopt;
     unit = (unit << 6) | (next & 0x3FU);
   }
-  text.remove_prefix(length);
-
   // Only the shortest form counts, but for U+0000, whose two bytes are what makes it "modified".
   static constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, kFirstSupplementary};
   const bool isShortest = unit >= kSmallest[length] || (length == 2 && unit == 0);
   if (!isShortest || lead >= 0xF8 || unit > kLastCharacter) return std::nullopt;
+  text.remove_prefix(length);
   return unit;
 }
 

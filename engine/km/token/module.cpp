@@ -78,6 +78,11 @@ sys::Result<CK_SESSION_HANDLE> Module::openSession(CK_SLOT_ID slot, std::optiona
   return session;
 }
 
+CK_RV Module::destroyAnyway(CK_SESSION_HANDLE session, CK_OBJECT_HANDLE object) const {
+  const CallTurn turn = takeTurn();
+  return callAnyway(&CK_FUNCTION_LIST::C_DestroyObject, session, object);
+}
+
 void Module::closeSession(CK_SESSION_HANDLE session) const {
   const CallTurn turn = takeTurn();
   callAnyway(&CK_FUNCTION_LIST::C_CloseSession, session);

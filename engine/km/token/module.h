@@ -68,6 +68,8 @@ class Module {
    *    logged in by somebody else in this process, so that the PIN cannot be tried.
    */
   sys::Result<CK_SESSION_HANDLE> openSession(CK_SLOT_ID slot, std::optional<Pin> pin) const;
+  /** Destroys what this process made and nobody is to find, even when the turn does not come. */
+  CK_RV destroyAnyway(CK_SESSION_HANDLE session, CK_OBJECT_HANDLE object) const;
   /** With the last session on a token its login ends. */
   void closeSession(CK_SESSION_HANDLE session) const;
   /** Changes the PIN of the token that the session is logged in to, as C_SetPIN answers. */

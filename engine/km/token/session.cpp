@@ -19,6 +19,14 @@ sys::SecretBlock pinBlock(const sys::Password& pin) {
   return block;
 }
 
+/** A search that was begun, and that a session has to end before it begins another. */
+struct SearchUnderWay {
+  const Module& module;
+  CK_SESSION_HANDLE session;
+
+  ~SearchUnderWay() { module.call(&CK_FUNCTION_LIST::C_FindObjectsFinal, session); }
+};
+
 /** What a token answers to a new PIN that it does not take. */
 sys::Failure newPinFailure(CK_RV rv, const Token& token, std::size_t length) {
   if (rv == CKR_PIN_LEN_RANGE && length < token.shortestPin) {
@@ -81,6 +89,7 @@ sys::Result<std::vector<CK_OBJECT_HANDLE>> Session::find(const Template& wanted)
   CK_RV rv =
       module_->call(&CK_FUNCTION_LIST::C_FindObjectsInit, handle_, wanted.data(), wanted.size());
   if (rv != CKR_OK) return cryptokiFailure(rv, "begin a search");
+  const SearchUnderWay underWay{*module_, handle_};
   std::vector<CK_OBJECT_HANDLE> found;
   CK_ULONG count = 0;
   do {
@@ -89,7 +98,6 @@ sys::Result<std::vector<CK_OBJECT_HANDLE>> Session::find(const Template& wanted)
     rv = module_->call(&CK_FUNCTION_LIST::C_FindObjects, handle_, &some[0], kAtOnce, &count);
     if (rv == CKR_OK) found.insert(found.end(), some, some + std::min(count, kAtOnce));
   } while (rv == CKR_OK && count > 0);
-  module_->call(&CK_FUNCTION_LIST::C_FindObjectsFinal, handle_);
   if (rv != CKR_OK) return cryptokiFailure(rv, "search its objects");
   return found;
 }
@@ -138,6 +146,12 @@ CK_RV Session::change(CK_OBJECT_HANDLE object, const Template& attributes) const
                        attributes.size());
 }
 
+sys::Status Session::destroyAnyway(CK_OBJECT_HANDLE object) const {
+  const CK_RV rv = module_->destroyAnyway(handle_, object);
+  if (rv != CKR_OK) return cryptokiFailure(rv, "destroy an object");
+  return sys::success();
+}
+
 sys::Status Session::destroy(CK_OBJECT_HANDLE object) const {
   const CK_RV rv = module_->call(&CK_FUNCTION_LIST::C_DestroyObject, handle_, object);
   if (rv != CKR_OK) return cryptokiFailure(rv, "destroy an object");
@@ -172,6 +186,8 @@ sys::Result<sys::Bytes> Session::sign(CK_MECHANISM_TYPE mechanism, CK_OBJECT_HAN
   sys::Result<Attributes> key = read(privateKey, kAsksEveryTime);
   if (!key) return key.failure();
 
+  // Made first: where there is no memory for it, no signature may be left begun.
+  sys::Bytes signature(kLongestSignature);
   CK_MECHANISM how{mechanism, nullptr, 0};
   CK_RV rv = module_->call(&CK_FUNCTION_LIST::C_SignInit, handle_, &how, privateKey);
   if (rv == CKR_OK && key.value().flag(CKA_ALWAYS_AUTHENTICATE)) {
@@ -180,7 +196,6 @@ sys::Result<sys::Bytes> Session::sign(CK_MECHANISM_TYPE mechanism, CK_OBJECT_HAN
                        pinText, CK_ULONG(pin_.bytes().size()));
   }
   if (rv != CKR_OK) return cryptokiFailure(rv, "begin a signature");
-  sys::Bytes signature(kLongestSignature);
   CK_ULONG length = signature.size();
   rv = module_->call(&CK_FUNCTION_LIST::C_Sign, handle_, const_cast<CK_BYTE*>(data.data()),
                      CK_ULONG(data.size()), signature.data(), &length);

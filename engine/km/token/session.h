@@ -66,6 +66,8 @@ class Session {
   CK_RV create(const Template& attributes, CK_OBJECT_HANDLE* object) const;
   CK_RV change(CK_OBJECT_HANDLE object, const Template& attributes) const;
   sys::Status destroy(CK_OBJECT_HANDLE object) const;
+  /** As destroy, and even when the turn does not come: for what was made for nothing. */
+  sys::Status destroyAnyway(CK_OBJECT_HANDLE object) const;
 
   /** True when the token offers the mechanism for a key of that size in bits. */
   sys::Result<bool> offers(CK_MECHANISM_TYPE mechanism, int keySize) const;

@@ -279,6 +279,11 @@ sys::Status TokenStore::onSignerStore(const std::function<sys::Status(Store&)>& 
 
 sys::Result<GeneratedKey> TokenStore::generateKey(int keySize) {
   const CallTurn turn = session_->takeTurn();
+  // Tried before a key is made, which would lie on the token for nothing when it cannot be had.
+  if (!transaction_) {
+    const sys::Status lent = secondary_.runChanges([] { return sys::success(); });
+    if (!lent) return lent.failure();
+  }
   newKeys_.reserve(newKeys_.size() + 1);  // so that what is made is known without fail
   sys::Result<KeyPairObjects> pair = generateKeyPair(*session_, keySize);
   if (!pair) return pair.failure();

@@ -38,7 +38,17 @@ TEST(ModifiedUtf8, RefusesWhatIsNoText) {
   }
 }
 
-TEST(ModifiedUtf8, ShowsBrokenBytesAsQuestionMarks) { EXPECT_EQ(toModifiedUtf8("a\xFFz"), "a?z"); }
+TEST(ModifiedUtf8, ShowsBrokenBytesAsQuestionMarks) {
+  EXPECT_EQ(toModifiedUtf8("a\xFFz"), "a?z");
+  EXPECT_EQ(toModifiedUtf8("a\xC1\xBFz"), "a??z");
+}
+
+TEST(ModifiedUtf8, ReadsNoFurtherThanTheEndOfWhatIsBroken) {
+  EXPECT_EQ(toModifiedUtf8("x\xC1\xBF"), "x??");
+  EXPECT_EQ(toModifiedUtf8("\xF4\x90\x80\x80"), "????");
+  EXPECT_EQ(toModifiedUtf8("\xF8\x88\x80\x80"), "????");
+  EXPECT_EQ(toModifiedUtf8("\xE2\x82"), "??");
+}
 
 }  // namespace
 }  // namespace zel::sys

@@ -117,6 +117,18 @@ TEST_P(TokenSecondary, itsFailureLeavesTheTokenAsItWas) {
   EXPECT_THAT(keysOf(databaseHandle_), IsEmpty());
 }
 
+TEST_P(TokenSecondary, aClosedOneIsFoundOutBeforeAKeyIsMade) {
+  const std::size_t before = objectCount();
+  ASSERT_EQ(lend(), ZELKM_OK);
+  ZELKM_CloseKeyDb(databaseHandle_);
+  const sys::Status made = on(tokenHandle_, [](Store& store) -> sys::Status {
+    const sys::Result<GeneratedKey> key = store.generateKey(256);
+    return key ? sys::success() : key.failure();
+  });
+  EXPECT_EQ(made.code(), ZELKM_ERR_INVALID_DB_HANDLE);
+  EXPECT_EQ(objectCount(), before);
+}
+
 TEST_P(TokenSecondary, aClosedOneIsAnErrorAndTheTokenStaysAsItWas) {
   ASSERT_EQ(lend(), ZELKM_OK);
   ZELKM_CloseKeyDb(databaseHandle_);
