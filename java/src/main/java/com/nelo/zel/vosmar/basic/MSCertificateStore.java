@@ -83,7 +83,7 @@ public final class MSCertificateStore implements EntryStore {
 
   @Override
   public Certificates certificates() {
-    return new StoreCertificates(this);
+    return new CertificateStoreCertificates(this);
   }
 
   @Override
