@@ -116,6 +116,8 @@ class EntryStoreTest {
     assertFails(KEY_GET_BY_LABEL, () -> store.isPrivateKeyPresent("web"));
     assertFails(KEY_GET_BY_LABEL, () -> store.keysWithLabel("web"));
     assertFails(KEY_GET_BY_LABEL, () -> store.deleteKey("web"));
+    assertFails(KEY_GET_BY_LABEL, () -> store.request("web"));
+    assertFails(KEY_GET_BY_LABEL, () -> store.deleteRequest("web"));
   }
 
   @ParameterizedTest

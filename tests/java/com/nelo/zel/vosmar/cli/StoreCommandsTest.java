@@ -74,11 +74,29 @@ class StoreCommandsTest {
     String requests = "pending requests";
     assertRefused(requests, "cert", "request", MY, "web", "--subject", "CN=web", "-o", file);
     assertRefused(requests, "cert", "extract", MY, "web", "--request", "-o", file);
-    assertRefused(requests, "key", "delete", MY, "web", "--request");
-    assertRefused(requests, "key", "show", MY, "web", "--request");
     assertRefused("certificates written to files", "cert", "extract", MY, "web", "-o", file);
     assertRefused(
         "a default key", "cert", "self-sign", MY, "web", "--subject", "CN=web", "--default");
+  }
+
+  @Test
+  void noRequestIsFound() {
+    succeed("cert", "self-sign", MY, "web", "--subject", "CN=web", "--key", "ec:256");
+    assertNotFound("web", "key", "delete", MY, "web", "--request");
+    assertNotFound("web", "key", "show", MY, "web", "--request");
+    assertEquals("web\n", succeed("key", "list", MY));
+  }
+
+  private static void assertNotFound(String label, Object... command) {
+    assertEquals(
+        new Vosmar.Result(
+            4,
+            "",
+            "vosmar: CurrentUser/My: "
+                + label
+                + ": nothing has this label (117, ZELKM_ERR_KEY_GET_BY_LABEL). 'vosmar key list'"
+                + " shows the labels.\n"),
+        Vosmar.run(command));
   }
 
   private static void assertRefused(String what, Object... command) {

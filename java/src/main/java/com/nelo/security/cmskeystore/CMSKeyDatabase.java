@@ -59,7 +59,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
       throws CMSKeyDatabaseException {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
-    return db.unless(db.c_CreateNewKeyDb(db.file, db.password(), passwordLifetime.toMillis()));
+    int code = db.c_CreateNewKeyDb(db.file, db.password(), passwordLifetime.toMillis());
+    return db.openedUnless(code);
   }
 
   /**
@@ -76,7 +77,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
       throws CMSKeyDatabaseException {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
-    return db.unless(db.c_CreateNewKeyDbFIPS(db.file, db.password(), passwordLifetime.toMillis()));
+    int code = db.c_CreateNewKeyDbFIPS(db.file, db.password(), passwordLifetime.toMillis());
+    return db.openedUnless(code);
   }
 
   /**
@@ -91,7 +93,7 @@ public final class CMSKeyDatabase implements AutoCloseable {
   public static CMSKeyDatabase open(Path file, char[] password) throws CMSKeyDatabaseException {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
-    return db.unless(db.c_OpenKeyDb(db.file, db.password()));
+    return db.openedUnless(db.c_OpenKeyDb(db.file, db.password()));
   }
 
   /**
@@ -310,8 +312,8 @@ public final class CMSKeyDatabase implements AutoCloseable {
     return held.password();
   }
 
-  /** This database when the code is 0; otherwise the password is wiped. */
-  private CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
+  /** This database, unless the code tells a failure; then the password is wiped. */
+  private CMSKeyDatabase openedUnless(int code) throws CMSKeyDatabaseException {
     if (code != 0) {
       close();
     }

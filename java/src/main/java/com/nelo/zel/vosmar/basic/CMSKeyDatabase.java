@@ -55,7 +55,7 @@ public final class CMSKeyDatabase implements EntryStore {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
     int code = db.c_CreateNewKeyDb(db.file, db.password(), passwordLifetime.toMillis());
-    return db.unless(code);
+    return db.openedUnless(code);
   }
 
   /**
@@ -73,7 +73,7 @@ public final class CMSKeyDatabase implements EntryStore {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
     int code = db.c_CreateNewKeyDbFIPS(db.file, db.password(), passwordLifetime.toMillis());
-    return db.unless(code);
+    return db.openedUnless(code);
   }
 
   /**
@@ -91,7 +91,7 @@ public final class CMSKeyDatabase implements EntryStore {
   public static CMSKeyDatabase open(Path file, char[] password) throws CMSKeyDatabaseException {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
-    return db.unless(db.c_OpenKeyDb(db.file, db.password()));
+    return db.openedUnless(db.c_OpenKeyDb(db.file, db.password()));
   }
 
   /**
@@ -299,8 +299,8 @@ public final class CMSKeyDatabase implements EntryStore {
     return held.password();
   }
 
-  /** This database when the code is 0; otherwise the password is wiped. */
-  CMSKeyDatabase unless(int code) throws CMSKeyDatabaseException {
+  /** This database, unless the code tells a failure; then the password is wiped. */
+  CMSKeyDatabase openedUnless(int code) throws CMSKeyDatabaseException {
     if (code != 0) {
       close();
     }

@@ -25,7 +25,7 @@ import java.util.Optional;
  *
  * <p>What a token does not do it refuses with {@link ResultCode#CRYPTOGRAPHIC_TOKEN_NOT_SUPPORT},
  * the other two with {@link ResultCode#UNSUPPORTED_OPTION}. A question whose answer is plain is
- * answered: there are no requests, and no key is the default one.
+ * answered: there are no requests, so none has a label, and no key is the default one.
  *
  * <p>A store remembers what it is made of and its password. It keeps nothing open: each operation
  * opens what is below, works, and closes it, so that several programs can use it. Operations may be

@@ -39,6 +39,6 @@ public final class KeyRingFile {
     KMSystem.start();
     CMSKeyDatabase db = new CMSKeyDatabase(file, password);
     int code = db.c_Kyr2Kdb(source.toString(), new String(sourcePassword), db.file, db.password());
-    return db.unless(code);
+    return db.openedUnless(code);
   }
 }

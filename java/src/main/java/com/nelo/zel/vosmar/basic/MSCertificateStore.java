@@ -83,7 +83,7 @@ public final class MSCertificateStore implements EntryStore {
 
   @Override
   public Certificates certificates() {
-    return new StoreCertificates(this);
+    return new CertificateStoreCertificates(this);
   }
 
   @Override
@@ -114,7 +114,7 @@ public final class MSCertificateStore implements EntryStore {
 
   @Override
   public KeyItem request(String label) throws CMSKeyDatabaseException {
-    throw refusals.of(Refusals.REQUESTS);
+    throw noRequest(label);
   }
 
   @Override
@@ -169,7 +169,7 @@ public final class MSCertificateStore implements EntryStore {
 
   @Override
   public void deleteRequest(String label) throws CMSKeyDatabaseException {
-    throw refusals.of(Refusals.REQUESTS);
+    throw noRequest(label);
   }
 
   @Override
@@ -201,6 +201,10 @@ public final class MSCertificateStore implements EntryStore {
   /** The password as the native methods take it. */
   String password() {
     return held.password();
+  }
+
+  private CMSKeyDatabaseException noRequest(String label) {
+    return answers.failure(ResultCode.KEY_GET_BY_LABEL.code(), requireNonNull(label));
   }
 
   private void importCertificate(

@@ -13,11 +13,13 @@ import java.util.List;
  */
 public final class Answers<X extends Exception> {
   // Of the result codes, whose enum lies in a package above, those that are told here.
+  // The numbers below are written by script/result-codes.
   private static final int DATABASE_READ = 12;
   private static final int NEW_PASSWORD = 69;
   private static final int PASSWORD_EXPIRATION_TIME = 70;
   private static final int FILE_WRITE = 91;
   private static final int KEY_GET_BY_LABEL = 117;
+  // The numbers above are written by script/result-codes.
 
   private final String subject;
   private final Failures<X> failures;

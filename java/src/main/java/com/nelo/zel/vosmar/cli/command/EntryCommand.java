@@ -2,8 +2,8 @@ package com.nelo.zel.vosmar.cli.command;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.EntryStore;
+import com.nelo.zel.vosmar.cli.options.CertificateStoreUri;
 import com.nelo.zel.vosmar.cli.options.StorePassword;
-import com.nelo.zel.vosmar.cli.options.StoreUri;
 import com.nelo.zel.vosmar.cli.options.TokenUri;
 import com.nelo.zel.vosmar.cli.view.ExitCode;
 import com.nelo.zel.vosmar.cli.view.Output;
@@ -59,8 +59,8 @@ public abstract class EntryCommand implements Callable<Integer> {
     if (TokenUri.isOne(named)) {
       return password.open(TokenUri.parse(named));
     }
-    if (StoreUri.isOne(named)) {
-      return password.open(StoreUri.parse(named));
+    if (CertificateStoreUri.isOne(named)) {
+      return password.open(CertificateStoreUri.parse(named));
     }
     return password.open(Path.of(named));
   }

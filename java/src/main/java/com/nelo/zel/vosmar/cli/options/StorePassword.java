@@ -59,7 +59,7 @@ public final class StorePassword extends PasswordOptions {
    * @return the store, which the caller closes
    * @throws CMSKeyDatabaseException when it cannot be opened
    */
-  public MSCertificateStore open(StoreUri uri) throws CMSKeyDatabaseException {
+  public MSCertificateStore open(CertificateStoreUri uri) throws CMSKeyDatabaseException {
     char[] secret = given() ? existing() : new char[0];
     try {
       return MSCertificateStore.open(uri.name(), secret);

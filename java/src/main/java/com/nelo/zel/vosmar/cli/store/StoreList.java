@@ -2,7 +2,7 @@ package com.nelo.zel.vosmar.cli.store;
 
 import com.nelo.zel.vosmar.basic.CMSKeyDatabaseException;
 import com.nelo.zel.vosmar.basic.MSCertificateStore;
-import com.nelo.zel.vosmar.cli.options.StoreUri;
+import com.nelo.zel.vosmar.cli.options.CertificateStoreUri;
 import com.nelo.zel.vosmar.cli.view.ExitCode;
 import com.nelo.zel.vosmar.cli.view.Output;
 import java.util.List;
@@ -19,7 +19,9 @@ final class StoreList implements Callable<Integer> {
   @Override
   public Integer call() throws CMSKeyDatabaseException {
     List<String> stores =
-        MSCertificateStore.list().stream().map(name -> new StoreUri(name).toString()).toList();
+        MSCertificateStore.list().stream()
+            .map(name -> new CertificateStoreUri(name).toString())
+            .toList();
     output.print(String.join(System.lineSeparator(), stores), Map.of("stores", stores));
     return ExitCode.OK;
   }

@@ -5,10 +5,10 @@ import static java.util.Objects.requireNonNull;
 import java.nio.file.Path;
 
 /** The certificates of a certificate store, which has no requests and renews nothing. */
-final class StoreCertificates implements Certificates {
+final class CertificateStoreCertificates implements Certificates {
   private final MSCertificateStore store;
 
-  StoreCertificates(MSCertificateStore store) {
+  CertificateStoreCertificates(MSCertificateStore store) {
     this.store = store;
   }
 

@@ -5,7 +5,7 @@ package com.nelo.zel.vosmar.cli.options;
  *
  * @param name the name of the store
  */
-public record StoreUri(String name) {
+public record CertificateStoreUri(String name) {
   private static final String SCHEME = "store:";
 
   /**
@@ -24,8 +24,8 @@ public record StoreUri(String name) {
    * @param text what a person wrote
    * @return the store
    */
-  public static StoreUri parse(String text) {
-    return new StoreUri(text.substring(SCHEME.length()));
+  public static CertificateStoreUri parse(String text) {
+    return new CertificateStoreUri(text.substring(SCHEME.length()));
   }
 
   @Override
